@@ -1,0 +1,24 @@
+# tallowby_qml_module(<name> URI <uri> SOURCES <file>... QML_FILES <file>... [LINKS <target>...])
+#
+# A library as tallowby_library makes it that is also the QML module <uri>. The module has no plugin: whoever links
+# it calls its qml_register_types_<uri with underscores>() once, which also keeps the linker from dropping it.
+
+function(tallowby_qml_module name)
+  cmake_parse_arguments(ARG "" "URI" "SOURCES;QML_FILES;RESOURCES;LINKS" ${ARGN})
+  set(target tallowby_${name})
+  foreach(file IN LISTS ARG_QML_FILES)
+    get_filename_component(type ${file} NAME)
+    set_source_files_properties(${file} PROPERTIES QT_RESOURCE_ALIAS ${type})
+  endforeach()
+  qt_add_library(${target} STATIC)
+  add_library(Tallowby::${name} ALIAS ${target})
+  qt_add_qml_module(${target}
+    URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
+    OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${name}/Tallowby/${name}
+    SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
+  target_link_libraries(${target} PUBLIC ${ARG_LINKS})
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  tallowby_target_defaults(${target})
+  # The generated registration code casts and shadows as it likes.
+  target_compile_options(${target} PRIVATE -Wno-old-style-cast -Wno-shadow -Wno-cast-qual)
+endfunction()

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+namespace tallowby {
+
+class AccessibilityTrust;
+class DesktopCapture;
+class Displays;
+class HotKeyService;
+class LoginItem;
+class MotionPreference;
+class Presentation;
+class Workspace;
+
+/// Everything that the desktop gives, for one run of the program. Made once, after the QGuiApplication and on its
+/// thread; the services live as long as this object.
+class DesktopPlatform {
+public:
+    virtual ~DesktopPlatform() = default;
+
+    [[nodiscard]] virtual AccessibilityTrust &accessibilityTrust() = 0;
+    [[nodiscard]] virtual DesktopCapture &desktopCapture() = 0;
+    [[nodiscard]] virtual Displays &displays() = 0;
+    [[nodiscard]] virtual HotKeyService &hotKeys() = 0;
+    [[nodiscard]] virtual LoginItem &loginItem() = 0;
+    [[nodiscard]] virtual MotionPreference &motionPreference() = 0;
+    [[nodiscard]] virtual Presentation &presentation() = 0;
+    [[nodiscard]] virtual Workspace &workspace() = 0;
+};
+
+/// The services of the system that this program was built for.
+[[nodiscard]] std::unique_ptr<DesktopPlatform> makeDesktopPlatform();
+
+} // namespace tallowby

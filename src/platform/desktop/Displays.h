@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QRect>
+#include <QString>
+
+#include <cstdint>
+#include <vector>
+
+namespace tallowby {
+
+/// One connected display.
+struct Display {
+    /// The same for the same monitor on the same connector from one session to the next.
+    std::uint32_t id = 0;
+    QString name;
+    /// In points, in the coordinates that all displays share.
+    QRect frame;
+    double devicePixelRatio = 1.0;
+    bool isMain = false;
+};
+
+/// The displays as they are connected now. Main thread only.
+class Displays {
+public:
+    virtual ~Displays() = default;
+    [[nodiscard]] virtual std::vector<Display> all() const = 0;
+};
+
+} // namespace tallowby
