@@ -1,0 +1,227 @@
+#include "support/XSession.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+#include <poll.h>
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+
+namespace tallowby::test {
+
+namespace {
+
+constexpr int kStartTimeoutMilliseconds = 20'000;
+
+// Without key bindings, which would otherwise take Alt+Space; focus as desktops have it.
+constexpr char kOpenboxConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<openbox_config xmlns="http://openbox.org/3.4/rc">
+  <focus><focusNew>yes</focusNew><followMouse>no</followMouse></focus>
+  <desktops><number>2</number></desktops>
+  <keyboard></keyboard>
+</openbox_config>
+)";
+
+constexpr char kBusConfiguration[] = R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:dir=%1</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+template <typename Reply>
+using ReplyPtr = std::unique_ptr<Reply, decltype(&std::free)>;
+
+/// A bare connection that waits for events.
+class Watcher {
+public:
+    explicit Watcher(const QString &display)
+        : m_connection(xcb_connect(display.toLocal8Bit().constData(), nullptr)) {}
+    ~Watcher() { xcb_disconnect(m_connection); }
+    Watcher(const Watcher &) = delete;
+    Watcher &operator=(const Watcher &) = delete;
+
+    [[nodiscard]] xcb_connection_t *connection() const { return m_connection; }
+    [[nodiscard]] xcb_window_t root() const { return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root; }
+    [[nodiscard]] xcb_atom_t atom(const char *name) const {
+        const ReplyPtr<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(m_connection, xcb_intern_atom(m_connection, 0, std::uint16_t(qstrlen(name)), name),
+                                  nullptr),
+            &std::free);
+        return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    }
+    /// Asks `isReady` now and after each event, until it says yes or the time is over.
+    [[nodiscard]] bool waitUntil(const std::function<bool()> &isReady) const {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (!isReady()) {
+            xcb_flush(m_connection);
+            pollfd readable{xcb_get_file_descriptor(m_connection), POLLIN, 0};
+            const int remaining = kStartTimeoutMilliseconds - int(elapsed.elapsed());
+            if (remaining <= 0 || ::poll(&readable, 1, remaining) <= 0 || xcb_connection_has_error(m_connection)) {
+                return false;
+            }
+            while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
+                std::free(event);
+            }
+        }
+        return true;
+    }
+
+private:
+    xcb_connection_t *m_connection;
+};
+
+} // namespace
+
+XSession::XSession(const Options &options) {
+    for (const char *folder : {"config", "data", "runtime"}) {
+        QDir().mkpath(m_folder.file(QString::fromLatin1(folder)));
+    }
+    QFile::setPermissions(m_folder.file(QStringLiteral("runtime")),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    m_environment.insert(QStringLiteral("XDG_SESSION_TYPE"), QStringLiteral("x11"));
+    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.file(QStringLiteral("config")));
+    m_environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder.file(QStringLiteral("data")));
+    m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.file(QStringLiteral("runtime")));
+    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                         QStringLiteral("unix:path=") + m_folder.file(QStringLiteral("runtime/no-bus")));
+
+    startServer(options.screenSize);
+    if (options.messageBus) {
+        startMessageBus();
+    }
+    if (options.windowManager) {
+        startWindowManager();
+    }
+    if (options.compositor) {
+        startCompositor();
+    }
+}
+
+XSession::~XSession() {
+    m_compositor.end();
+    m_windowManager.end();
+    m_messageBus.end();
+}
+
+void XSession::adoptEnvironment() const {
+    const QStringList variables = m_environment.keys();
+    for (const QString &variable : variables) {
+        qputenv(variable.toLocal8Bit().constData(), m_environment.value(variable).toLocal8Bit());
+    }
+}
+
+void XSession::startServer(QSize screenSize) {
+    const QByteArray screen =
+        QByteArray::number(screenSize.width()) + 'x' + QByteArray::number(screenSize.height()) + "x24";
+    m_server = ChildProcess(
+        {"Xvfb", "-displayfd", "{fd}", "-screen", "0", screen, "-dpi", "96", "-nolisten", "tcp", "-noreset"},
+        QProcessEnvironment::systemEnvironment());
+    const QByteArray number = m_server.readLine(kStartTimeoutMilliseconds);
+    if (number.isEmpty()) {
+        fail(QStringLiteral("Xvfb did not start"));
+        return;
+    }
+    m_display = u':' + QString::fromLatin1(number);
+    m_environment.insert(QStringLiteral("DISPLAY"), m_display);
+}
+
+void XSession::startMessageBus() {
+    QFile configuration(m_folder.file(QStringLiteral("bus.conf")));
+    if (configuration.open(QIODevice::WriteOnly)) {
+        configuration.write(
+            QString::fromLatin1(kBusConfiguration).arg(m_folder.file(QStringLiteral("runtime"))).toUtf8());
+        configuration.close();
+    }
+    m_messageBus = ChildProcess({"dbus-daemon", "--nofork", "--nopidfile", "--print-address={fd}",
+                                 "--config-file=" + configuration.fileName().toUtf8()},
+                                QProcessEnvironment::systemEnvironment());
+    const QByteArray address = m_messageBus.readLine(kStartTimeoutMilliseconds);
+    if (address.isEmpty()) {
+        fail(QStringLiteral("dbus-daemon did not start"));
+        return;
+    }
+    m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromLatin1(address));
+}
+
+void XSession::startWindowManager() {
+    if (!m_error.isEmpty()) {
+        return;
+    }
+    QFile configuration(m_folder.file(QStringLiteral("openbox.xml")));
+    if (configuration.open(QIODevice::WriteOnly)) {
+        configuration.write(kOpenboxConfiguration);
+        configuration.close();
+    }
+    const Watcher watcher(m_display);
+    const xcb_atom_t check = watcher.atom("_NET_SUPPORTING_WM_CHECK");
+    const std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(watcher.connection(), watcher.root(), XCB_CW_EVENT_MASK, &propertyChanges);
+    // A window manager before this one may have left the property behind.
+    xcb_delete_property(watcher.connection(), watcher.root(), check);
+
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(m_environment);
+    m_windowManager =
+        ChildProcess({"openbox", "--sm-disable", "--config-file", configuration.fileName().toUtf8()}, environment);
+    const bool isReady = watcher.waitUntil([&] {
+        const ReplyPtr<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(
+                watcher.connection(),
+                xcb_get_property(watcher.connection(), 0, watcher.root(), check, XCB_ATOM_WINDOW, 0, 1), nullptr),
+            &std::free);
+        return reply && reply->value_len == 1;
+    });
+    if (!isReady) {
+        fail(QStringLiteral("openbox did not start"));
+    }
+}
+
+void XSession::startCompositor() {
+    if (!m_error.isEmpty()) {
+        return;
+    }
+    const Watcher watcher(m_display);
+    const xcb_atom_t selection = watcher.atom("_NET_WM_CM_S0");
+    const ReplyPtr<xcb_xfixes_query_version_reply_t> version(
+        xcb_xfixes_query_version_reply(watcher.connection(), xcb_xfixes_query_version(watcher.connection(), 5, 0),
+                                       nullptr),
+        &std::free);
+    xcb_xfixes_select_selection_input(watcher.connection(), watcher.root(), selection,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(m_environment);
+    m_compositor = ChildProcess({"picom", "--backend", "xrender", "--config", "/dev/null"}, environment);
+    const bool isReady = watcher.waitUntil([&] {
+        const ReplyPtr<xcb_get_selection_owner_reply_t> reply(
+            xcb_get_selection_owner_reply(watcher.connection(),
+                                          xcb_get_selection_owner(watcher.connection(), selection), nullptr),
+            &std::free);
+        return reply && reply->owner != XCB_WINDOW_NONE;
+    });
+    if (!isReady) {
+        fail(QStringLiteral("picom did not start"));
+    }
+}
+
+void XSession::fail(const QString &what) {
+    if (m_error.isEmpty()) {
+        m_error = what;
+    }
+}
+
+} // namespace tallowby::test
