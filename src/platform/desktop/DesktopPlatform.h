@@ -11,6 +11,7 @@ class HotKeyService;
 class LoginItem;
 class MotionPreference;
 class Presentation;
+class Scheduler;
 class Workspace;
 
 /// Everything that the desktop gives, for one run of the program. Made once, after the QGuiApplication and on its
@@ -29,7 +30,7 @@ public:
     [[nodiscard]] virtual Workspace &workspace() = 0;
 };
 
-/// The services of the system that this program was built for.
-[[nodiscard]] std::unique_ptr<DesktopPlatform> makeDesktopPlatform();
+/// The services of the system that this program was built for. `scheduler` outlives them.
+[[nodiscard]] std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Scheduler &scheduler);
 
 } // namespace tallowby

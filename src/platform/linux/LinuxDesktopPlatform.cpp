@@ -1,0 +1,56 @@
+#include "platform/desktop/DesktopPlatform.h"
+
+#include "platform/linux/DesktopMotionPreference.h"
+#include "platform/linux/XdgLoginItem.h"
+#include "platform/linux/x11/X11DesktopCapture.h"
+#include "platform/linux/x11/X11Displays.h"
+#include "platform/linux/x11/X11HotKeyService.h"
+#include "platform/linux/x11/X11Presentation.h"
+#include "platform/linux/x11/X11Trust.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/XcbConnection.h"
+
+namespace tallowby {
+
+namespace {
+
+/// The services of an X11 session. In another kind of session there is no server to be had, and they find nothing; a
+/// Wayland session's services, through portals, would be chosen here.
+class LinuxDesktopPlatform final : public DesktopPlatform {
+public:
+    explicit LinuxDesktopPlatform(Scheduler &scheduler)
+        : m_hotKeys(std::make_unique<XcbConnection>(), scheduler)
+        , m_workspace(m_x11)
+        , m_presentation(m_x11)
+        , m_capture(m_x11)
+        , m_trust(m_x11)
+        , m_motionPreference(m_x11) {}
+
+    [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return m_trust; }
+    [[nodiscard]] DesktopCapture &desktopCapture() override { return m_capture; }
+    [[nodiscard]] Displays &displays() override { return m_displays; }
+    [[nodiscard]] HotKeyService &hotKeys() override { return m_hotKeys; }
+    [[nodiscard]] LoginItem &loginItem() override { return m_loginItem; }
+    [[nodiscard]] MotionPreference &motionPreference() override { return m_motionPreference; }
+    [[nodiscard]] Presentation &presentation() override { return m_presentation; }
+    [[nodiscard]] Workspace &workspace() override { return m_workspace; }
+
+private:
+    XcbConnection m_x11;
+    X11HotKeyService m_hotKeys;
+    X11Workspace m_workspace;
+    X11Presentation m_presentation;
+    X11DesktopCapture m_capture;
+    X11Displays m_displays;
+    X11Trust m_trust;
+    XdgLoginItem m_loginItem;
+    DesktopMotionPreference m_motionPreference;
+};
+
+} // namespace
+
+std::unique_ptr<DesktopPlatform> makeDesktopPlatform(Scheduler &scheduler) {
+    return std::make_unique<LinuxDesktopPlatform>(scheduler);
+}
+
+} // namespace tallowby

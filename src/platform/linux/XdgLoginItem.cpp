@@ -1,0 +1,127 @@
+#include "platform/linux/XdgLoginItem.h"
+
+#include "platform/linux/DesktopEntry.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <algorithm>
+#include <array>
+
+namespace tallowby {
+
+namespace {
+
+constexpr QLatin1StringView kEntryName{"org.tallowby.Tallowby.desktop"};
+
+struct SettingsProgram {
+    /// As in XDG_CURRENT_DESKTOP.
+    QLatin1StringView desktop;
+    QLatin1StringView program;
+    QLatin1StringView page;
+};
+
+constexpr auto kSettingsPrograms = std::to_array<SettingsProgram>({
+    {QLatin1StringView("KDE"), QLatin1StringView("systemsettings"), QLatin1StringView("kcm_autostart")},
+    {QLatin1StringView("KDE"), QLatin1StringView("systemsettings5"), QLatin1StringView("kcm_autostart")},
+    {QLatin1StringView("GNOME"), QLatin1StringView("gnome-session-properties"), {}},
+    {QLatin1StringView("GNOME"), QLatin1StringView("gnome-tweaks"), {}},
+    {QLatin1StringView("XFCE"), QLatin1StringView("xfce4-session-settings"), {}},
+    {QLatin1StringView("X-Cinnamon"), QLatin1StringView("cinnamon-settings"), QLatin1StringView("startup")},
+    {QLatin1StringView("MATE"), QLatin1StringView("mate-session-properties"), {}},
+    {QLatin1StringView("LXQt"), QLatin1StringView("lxqt-config-session"), {}},
+});
+
+} // namespace
+
+XdgLoginItem::XdgLoginItem()
+    : XdgLoginItem(QCoreApplication::applicationFilePath(),
+                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart") {}
+
+XdgLoginItem::XdgLoginItem(const QString &programFile, const QString &autostartFolder)
+    : m_programFile(programFile)
+    , m_autostartFolder(autostartFolder) {}
+
+LoginItemStatus XdgLoginItem::status() const {
+    if (!isProgramThere() || isInBuildTree()) {
+        return LoginItemStatus::notFound;
+    }
+    QFile file(entryFile());
+    if (!file.open(QIODevice::ReadOnly)) {
+        return LoginItemStatus::notRegistered;
+    }
+    const DesktopEntry entry = DesktopEntry::parse(file.readAll());
+    if (entry.value("Hidden") == "true" || entry.value("X-GNOME-Autostart-enabled") == "false") {
+        return LoginItemStatus::requiresApproval;
+    }
+    return LoginItemStatus::enabled;
+}
+
+QString XdgLoginItem::registerItem() {
+    if (!isProgramThere()) {
+        return QStringLiteral("there is no program %1").arg(m_programFile);
+    }
+    if (isInBuildTree()) {
+        return QStringLiteral("%1 is a development build, which is not started at login").arg(m_programFile);
+    }
+    if (status() == LoginItemStatus::requiresApproval) {
+        return QStringLiteral("the user has switched %1 off").arg(entryFile());
+    }
+    const QByteArray entry = "[Desktop Entry]\n"
+                             "Type=Application\n"
+                             "Name=Tallowby\n"
+                             "Icon=org.tallowby.Tallowby\n"
+                             "TryExec=" +
+                             desktopEntryString(m_programFile) +
+                             "\n"
+                             "Exec=" +
+                             desktopEntryCommand(m_programFile) +
+                             "\n"
+                             "Terminal=false\n"
+                             "NoDisplay=true\n"
+                             "X-GNOME-Autostart-enabled=true\n";
+    QDir().mkpath(m_autostartFolder);
+    QSaveFile file(entryFile());
+    if (!file.open(QIODevice::WriteOnly) || file.write(entry) != entry.size() || !file.commit()) {
+        return QStringLiteral("cannot write %1: %2").arg(entryFile(), file.errorString());
+    }
+    return {};
+}
+
+void XdgLoginItem::openSystemSettings() {
+    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    for (const SettingsProgram &settings : kSettingsPrograms) {
+        const QString program = QStandardPaths::findExecutable(settings.program);
+        if (desktops.contains(settings.desktop) && !program.isEmpty()) {
+            QProcess::startDetached(program, settings.page.isEmpty() ? QStringList() : QStringList{settings.page});
+            return;
+        }
+    }
+    // A desktop without such settings: the folder with the entry in it.
+    QProcess::startDetached(QStringLiteral("xdg-open"), {m_autostartFolder});
+}
+
+QString XdgLoginItem::entryFile() const {
+    return m_autostartFolder + u'/' + kEntryName;
+}
+
+bool XdgLoginItem::isProgramThere() const {
+    const QFileInfo program(m_programFile);
+    return program.isAbsolute() && program.isFile() && program.isExecutable();
+}
+
+bool XdgLoginItem::isInBuildTree() const {
+    QDir folder = QFileInfo(m_programFile).absoluteDir();
+    do {
+        if (folder.exists(QStringLiteral("CMakeCache.txt"))) {
+            return true;
+        }
+    } while (folder.cdUp());
+    return false;
+}
+
+} // namespace tallowby

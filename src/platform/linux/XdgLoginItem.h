@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/desktop/LoginItem.h"
+
+namespace tallowby {
+
+/// The program's entry among the desktop's autostart entries (XDG Autostart, freedesktop.org). A user who switches it
+/// off leaves the entry with a mark in it, which is never taken away here.
+///
+/// A program that lies in a build tree is reported as not found: it may be gone, moved or broken at the next login, and
+/// a developer's every start would put it before the installed one.
+class XdgLoginItem final : public LoginItem {
+public:
+    /// This program, in the user's own autostart folder.
+    XdgLoginItem();
+    XdgLoginItem(const QString &programFile, const QString &autostartFolder);
+
+    [[nodiscard]] LoginItemStatus status() const override;
+    [[nodiscard]] QString registerItem() override;
+    void openSystemSettings() override;
+
+    [[nodiscard]] QString entryFile() const;
+
+private:
+    [[nodiscard]] bool isProgramThere() const;
+    [[nodiscard]] bool isInBuildTree() const;
+
+    QString m_programFile;
+    QString m_autostartFolder;
+};
+
+} // namespace tallowby

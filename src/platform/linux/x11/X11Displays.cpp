@@ -1,0 +1,35 @@
+#include "platform/linux/x11/X11Displays.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace tallowby {
+
+namespace {
+
+/// FNV-1a, 32 bits: the same in every session, which qHash is not.
+std::uint32_t stableHash(const QByteArray &bytes) {
+    std::uint32_t hash = 0x811c9dc5;
+    for (const char byte : bytes) {
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x01000193;
+    }
+    return hash;
+}
+
+} // namespace
+
+std::vector<Display> X11Displays::all() const {
+    std::vector<Display> displays;
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen *screen : screens) {
+        const QStringList identity{screen->name(), screen->manufacturer(), screen->model(), screen->serialNumber()};
+        displays.push_back({.id = stableHash(identity.join(u'\n').toUtf8()),
+                            .name = screen->name(),
+                            .frame = screen->geometry(),
+                            .devicePixelRatio = screen->devicePixelRatio(),
+                            .isMain = screen == QGuiApplication::primaryScreen()});
+    }
+    return displays;
+}
+
+} // namespace tallowby

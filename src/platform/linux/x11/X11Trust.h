@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/desktop/AccessibilityTrust.h"
+#include "platform/linux/x11/XcbConnection.h"
+
+namespace tallowby {
+
+/// On X11 every program may take keys, so there is trust wherever there is a server to take them from.
+class X11Trust final : public AccessibilityTrust {
+public:
+    explicit X11Trust(const XcbConnection &x11)
+        : m_x11(x11) {}
+
+    [[nodiscard]] bool isProcessTrusted() const override { return m_x11.isValid(); }
+
+private:
+    const XcbConnection &m_x11;
+};
+
+} // namespace tallowby
