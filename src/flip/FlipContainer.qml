@@ -1,0 +1,21 @@
+import QtQuick
+
+// The window's content while the card turns.
+Item {
+    id: container
+
+    property alias backdrop: backdropView
+    property alias scene: sceneView
+
+    Backdrop {
+        id: backdropView
+
+        anchors.fill: parent
+    }
+
+    FlipScene {
+        id: sceneView
+
+        anchors.fill: parent
+    }
+}

@@ -1,0 +1,128 @@
+#include "flip/FlipWindow.h"
+
+#include "platform/AppSettings.h"
+#include "platform/Log.h"
+#include "platform/desktop/Presentation.h"
+
+#include <QQuickItem>
+
+namespace tallowby {
+
+namespace {
+
+/// As points of a rectangle are written elsewhere: with one decimal at least.
+QString pointText(int points) {
+    return QString::number(points) + u".0";
+}
+
+QString frameText(const QRect &frame) {
+    return u'(' + pointText(frame.x()) + u", " + pointText(frame.y()) + u", " + pointText(frame.width()) + u", " +
+           pointText(frame.height()) + u')';
+}
+
+/// What starts or continues a gesture, as against what ends one.
+bool isPointerInput(QEvent::Type type) {
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::NativeGesture:
+    case QEvent::Enter:
+    case QEvent::HoverEnter:
+    case QEvent::HoverMove:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+FlipWindow::FlipWindow(const AppSettings &settings, Presentation &presentation)
+    : m_settings(settings)
+    , m_presentation(presentation) {
+    // The clear colour gives the surface its alpha channel.
+    setColor(Qt::transparent);
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
+    setTitle(tr("Tallowby canvas"));
+    if (const auto screen = settings.resolvedScreen()) {
+        setGeometry(screen->frame);
+    }
+    logLine(QStringLiteral("[FlipWindow] 🪟 Configured: %1").arg(frameText(geometry())));
+}
+
+void FlipWindow::setCanBecomeKey(bool canBecomeKey) {
+    m_canBecomeKey = canBecomeKey;
+    setFlag(Qt::WindowDoesNotAcceptFocus, !canBecomeKey);
+}
+
+void FlipWindow::setContentView(QQuickItem *view) {
+    if (m_contentView == view) {
+        return;
+    }
+    if (m_contentView) {
+        // Unseen by opacity and not by visibility, which would cost it the focus.
+        m_contentView->setOpacity(0);
+        m_contentView->setZ(0);
+    }
+    addUnseen(view);
+    view->setOpacity(1);
+    view->setZ(1);
+    m_contentView = view;
+}
+
+void FlipWindow::addUnseen(QQuickItem *view) {
+    view->setParentItem(contentItem());
+    view->setPosition({});
+    view->setSize(contentItem()->size());
+    view->setOpacity(0);
+}
+
+void FlipWindow::showForFlip() {
+    if (const auto screen = m_settings.resolvedScreen()) {
+        setGeometry(screen->frame);
+    }
+    fitToContents();
+    m_presentation.preparePanel(*this);
+    show();
+    raise();
+    logLine(u"[FlipWindow] 👁️ Shown on main screen");
+}
+
+void FlipWindow::orderOut() {
+    hide();
+    logLine(u"[FlipWindow] 🙈 Hidden");
+}
+
+bool FlipWindow::event(QEvent *event) {
+    if (event->type() == QEvent::Close) {
+        event->ignore();
+        Q_EMIT closeRequested();
+        return true;
+    }
+    if (m_ignoresMouseEvents && isPointerInput(event->type())) {
+        event->accept();
+        return true;
+    }
+    return QQuickWindow::event(event);
+}
+
+void FlipWindow::resizeEvent(QResizeEvent *event) {
+    QQuickWindow::resizeEvent(event);
+    fitToContents();
+}
+
+void FlipWindow::fitToContents() {
+    contentItem()->setSize(size());
+    const auto views = contentItem()->childItems();
+    for (QQuickItem *view : views) {
+        view->setSize(size());
+    }
+}
+
+} // namespace tallowby

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QPointer>
+#include <QQuickWindow>
+
+namespace tallowby {
+
+class AppSettings;
+class Presentation;
+
+/// The borderless, transparent panel above everything that covers the chosen display. It is hidden and shown again,
+/// never closed: a wish to close it, from the window manager or the user, is only passed on.
+class FlipWindow : public QQuickWindow {
+    Q_OBJECT
+
+public:
+    /// Hidden, as large as the chosen display, refusing the keyboard.
+    FlipWindow(const AppSettings &settings, Presentation &presentation);
+
+    /// Whether the window takes the keyboard when it is offered.
+    [[nodiscard]] bool canBecomeKey() const { return m_canBecomeKey; }
+    void setCanBecomeKey(bool canBecomeKey);
+    /// Whether the window stands for the program while the program is in front.
+    [[nodiscard]] bool canBecomeMain() const { return m_canBecomeMain; }
+    void setCanBecomeMain(bool canBecomeMain) { m_canBecomeMain = canBecomeMain; }
+
+    /// While it ignores them, presses, moves, scrolling and touches reach nothing; what was pressed before can still be
+    /// released. Keys go to the item with the focus all the same.
+    [[nodiscard]] bool ignoresMouseEvents() const { return m_ignoresMouseEvents; }
+    void setIgnoresMouseEvents(bool ignores) { m_ignoresMouseEvents = ignores; }
+
+    /// The item that fills the window and is seen. The one before stays in the window unseen, which keeps its scene
+    /// graph nodes and its focus, until its owner takes it out. Not owned.
+    [[nodiscard]] QQuickItem *contentView() const { return m_contentView; }
+    void setContentView(QQuickItem *view);
+    /// Puts an item into the window, filling it, without showing it.
+    void addUnseen(QQuickItem *view);
+
+    /// Covers the chosen display as it is now and comes to the front, whichever application is active.
+    void showForFlip();
+    void orderOut();
+
+Q_SIGNALS:
+    void closeRequested();
+
+protected:
+    bool event(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void fitToContents();
+
+    const AppSettings &m_settings;
+    Presentation &m_presentation;
+    QPointer<QQuickItem> m_contentView;
+    bool m_canBecomeKey = false;
+    bool m_canBecomeMain = false;
+    bool m_ignoresMouseEvents = false;
+};
+
+} // namespace tallowby

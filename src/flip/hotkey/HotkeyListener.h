@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/NotificationCenter.h"
+#include "platform/Scheduler.h"
+#include "platform/desktop/HotKeyService.h"
+
+#include <memory>
+
+namespace tallowby {
+
+class AppSettings;
+
+/// Holds the one system-wide key combination and turns each press into `flipToggleRequested`. Follows the settings by
+/// itself while it runs. A combination that another program holds is logged and does not work until the user chooses
+/// another. Main thread only.
+class HotkeyListener {
+public:
+    HotkeyListener(NotificationCenter &notifications, const AppSettings &settings, HotKeyService &service,
+                   Scheduler &scheduler);
+    /// Gives the combination back.
+    ~HotkeyListener();
+    HotkeyListener(const HotkeyListener &) = delete;
+    HotkeyListener &operator=(const HotkeyListener &) = delete;
+
+    /// Does nothing while it runs. When presses cannot be delivered at all it stays stopped, and may be started again.
+    void start();
+    void stop();
+    [[nodiscard]] bool isRunning() const { return m_isRunning; }
+
+    /// Drops the registration in force and, while running, registers what the settings say now.
+    void registerCurrentHotkey();
+
+private:
+    void handleHotkeyChanged();
+    void handlePress();
+
+    NotificationCenter &m_notifications;
+    const AppSettings &m_settings;
+    HotKeyService &m_service;
+    Scheduler &m_scheduler;
+    std::unique_ptr<HotKeyRegistration> m_hotKeyRef;
+    bool m_isRunning = false;
+    const HotKeyID m_hotKeyID;
+    ScheduledCall m_pendingPress;
+    NotificationCenter::Observation m_hotkeyChanged;
+    /// Outlived by the handler that the service keeps: no press reaches a listener that has gone.
+    std::shared_ptr<HotkeyListener *> m_handlerTarget;
+};
+
+} // namespace tallowby

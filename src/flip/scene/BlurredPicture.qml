@@ -1,0 +1,82 @@
+import QtQuick
+
+// A small picture blurred at its own size, once for each picture, and then only stretched: no frame pays for the blur.
+// The textures are live, which renders them anew when what they show changes and never otherwise.
+Item {
+    id: blurred
+
+    required property var image
+    required property color veilColor
+    required property real veilStrength
+
+    readonly property size step: Qt.size(1 / Math.max(1, small.width), 1 / Math.max(1, small.height))
+
+    Picture {
+        id: small
+
+        width: image.width
+        height: image.height
+        image: blurred.image
+        visible: false
+    }
+
+    ShaderEffectSource {
+        id: sharpTexture
+
+        sourceItem: small
+        textureSize: Qt.size(small.width, small.height)
+        visible: false
+    }
+
+    ShaderEffect {
+        id: acrossPass
+
+        readonly property var source: sharpTexture
+        readonly property vector2d stride: Qt.vector2d(blurred.step.width, 0)
+        readonly property color veil: "transparent"
+        readonly property real saturation: 1
+
+        width: small.width
+        height: small.height
+        fragmentShader: "shaders/blur.frag.qsb"
+        visible: false
+    }
+
+    ShaderEffectSource {
+        id: acrossTexture
+
+        sourceItem: acrossPass
+        textureSize: sharpTexture.textureSize
+        visible: false
+    }
+
+    ShaderEffect {
+        id: downPass
+
+        readonly property var source: acrossTexture
+        readonly property vector2d stride: Qt.vector2d(0, blurred.step.height)
+        readonly property color veil: Qt.alpha(blurred.veilColor, blurred.veilStrength)
+        readonly property real saturation: 1.5
+
+        width: small.width
+        height: small.height
+        fragmentShader: "shaders/blur.frag.qsb"
+        visible: false
+    }
+
+    ShaderEffectSource {
+        id: downTexture
+
+        sourceItem: downPass
+        textureSize: sharpTexture.textureSize
+        smooth: true
+        visible: false
+    }
+
+    ShaderEffect {
+        readonly property var source: downTexture
+
+        anchors.fill: parent
+        blending: false
+    }
+}

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "platform/desktop/AccessibilityTrust.h"
+#include "platform/desktop/DesktopCapture.h"
+#include "platform/desktop/DesktopPlatform.h"
+#include "platform/desktop/Displays.h"
+#include "platform/desktop/HotKeyService.h"
+#include "platform/desktop/LoginItem.h"
+#include "platform/desktop/MotionPreference.h"
+#include "platform/desktop/Presentation.h"
+#include "platform/desktop/Workspace.h"
+
+#include <QStringList>
+
+#include <map>
+#include <set>
+#include <utility>
+
+namespace tallowby::test {
+
+struct FakeAccessibilityTrust final : AccessibilityTrust {
+    bool isTrusted = true;
+
+    [[nodiscard]] bool isProcessTrusted() const override { return isTrusted; }
+};
+
+struct FakeDesktopCapture final : DesktopCapture {
+    /// What the desktop looks like; null for a platform that gives no pictures.
+    QImage picture;
+    int captures = 0;
+
+    [[nodiscard]] QImage capture(const Display &display, int reduction) override;
+};
+
+/// One main display of 1280 × 720 at the origin, until a test says otherwise.
+struct FakeDisplays final : Displays {
+    std::vector<Display> displays{{.id = 1, .name = {}, .frame = {0, 0, 1280, 720}, .isMain = true}};
+
+    [[nodiscard]] std::vector<Display> all() const override { return displays; }
+};
+
+/// A keyboard whose combinations can be held by others.
+class FakeHotKeyService final : public HotKeyService {
+public:
+    using Combination = std::pair<std::uint32_t, std::uint32_t>;
+
+    /// Non-zero: no handler can be installed.
+    std::int32_t handlerStatus = 0;
+    /// Combinations of other programs; asking for one gives `kTakenStatus`.
+    std::set<Combination> taken;
+    static constexpr std::int32_t kTakenStatus = -9878;
+    HotKeyID lastID;
+
+    std::int32_t installHandler(std::function<void()> pressed) override;
+    [[nodiscard]] HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+
+    [[nodiscard]] const std::set<Combination> &held() const { return *m_held; }
+    /// The user presses the combination; false when nobody has registered it.
+    bool press(std::uint32_t keyCode, std::uint32_t modifiers);
+
+private:
+    std::function<void()> m_pressed;
+    std::shared_ptr<std::set<Combination>> m_held = std::make_shared<std::set<Combination>>();
+};
+
+struct FakeLoginItem final : LoginItem {
+    LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
+    LoginItemStatus statusAfterRegistering = LoginItemStatus::enabled;
+    QString registrationError;
+    int settingsOpened = 0;
+
+    [[nodiscard]] LoginItemStatus status() const override { return currentStatus; }
+    [[nodiscard]] QString registerItem() override;
+    void openSystemSettings() override { ++settingsOpened; }
+};
+
+struct FakeMotionPreference final : MotionPreference {
+    bool isReduced = false;
+
+    [[nodiscard]] bool prefersReducedMotion() const override { return isReduced; }
+};
+
+class FakeWorkspace final : public Workspace {
+public:
+    static constexpr quint64 kOwnWindow = 1;
+
+    /// Another application's window comes to the front, by the user's doing.
+    void bringToFront(const QString &bundleIdentifier, quint64 window);
+    /// This program's own window comes to the front.
+    void bringSelfToFront() { bringToFront(mainBundleIdentifier(), kOwnWindow); }
+    void leaveNobodyInFront() { m_frontmost.reset(); }
+    /// The windows that were activated through this service, in order.
+    QList<quint64> activated;
+
+    [[nodiscard]] std::optional<RunningApplication> frontmostApplication() const override { return m_frontmost; }
+    [[nodiscard]] QString mainBundleIdentifier() const override { return QStringLiteral("tallowby"); }
+    void activate(const RunningApplication &application) override;
+
+private:
+    std::optional<RunningApplication> m_frontmost;
+};
+
+/// Records what was set. Activation puts the program in front of its workspace unless `isActivationRefused`.
+class FakePresentation final : public Presentation {
+public:
+    explicit FakePresentation(FakeWorkspace &workspace)
+        : m_workspace(workspace) {}
+
+    PresentationOptions options = kDefaultPresentation;
+    ActivationPolicy policy = ActivationPolicy::accessory;
+    bool isActivationRefused = false;
+    int panelsPrepared = 0;
+    int activations = 0;
+
+    [[nodiscard]] PresentationOptions presentationOptions() const override { return options; }
+    void setPresentationOptions(PresentationOptions newOptions) override { options = newOptions; }
+    [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy; }
+    void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
+    void preparePanel(QWindow &) override { ++panelsPrepared; }
+    void activateIgnoringOtherApps(QWindow &window) override;
+
+private:
+    FakeWorkspace &m_workspace;
+};
+
+/// A whole desktop that does as tests say.
+class FakeDesktop final : public DesktopPlatform {
+public:
+    FakeAccessibilityTrust trustService;
+    FakeDesktopCapture captureService;
+    FakeDisplays displayService;
+    FakeHotKeyService hotKeyService;
+    FakeLoginItem loginItemService;
+    FakeMotionPreference motionService;
+    FakeWorkspace workspaceService;
+    FakePresentation presentationService{workspaceService};
+
+    [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return trustService; }
+    [[nodiscard]] DesktopCapture &desktopCapture() override { return captureService; }
+    [[nodiscard]] Displays &displays() override { return displayService; }
+    [[nodiscard]] HotKeyService &hotKeys() override { return hotKeyService; }
+    [[nodiscard]] LoginItem &loginItem() override { return loginItemService; }
+    [[nodiscard]] MotionPreference &motionPreference() override { return motionService; }
+    [[nodiscard]] Presentation &presentation() override { return presentationService; }
+    [[nodiscard]] Workspace &workspace() override { return workspaceService; }
+};
+
+} // namespace tallowby::test
