@@ -1,5 +1,7 @@
 #include "platform/VirtualKey.h"
 
+#include <QKeyEvent>
+
 #include <algorithm>
 #include <array>
 
@@ -90,6 +92,9 @@ constexpr auto kPhysicalKeys = std::to_array<PhysicalKey>({
     {keycode::kUpArrow, 103, Qt::Key_Up},
 });
 
+/// An X server numbers the keys from 8 on.
+constexpr std::uint32_t kXKeycodeOffset = 8;
+
 template <typename Value>
 const PhysicalKey *findKey(Value PhysicalKey::*field, Value value) {
     const auto *key = std::ranges::find(kPhysicalKeys, value, field);
@@ -111,6 +116,15 @@ std::optional<std::uint32_t> virtualKeyFromEvdev(std::uint32_t evdevCode) {
 std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key qtKey) {
     const PhysicalKey *key = findKey(&PhysicalKey::qtKey, qtKey);
     return key ? std::optional(key->virtualKey) : std::nullopt;
+}
+
+std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event) {
+    if (event.nativeScanCode() > kXKeycodeOffset) {
+        if (const auto keyCode = virtualKeyFromEvdev(event.nativeScanCode() - kXKeycodeOffset)) {
+            return keyCode;
+        }
+    }
+    return virtualKeyFromQtKey(static_cast<Qt::Key>(event.key()));
 }
 
 std::uint32_t carbonModifierFlags(Qt::KeyboardModifiers modifiers) {

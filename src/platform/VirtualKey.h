@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+class QKeyEvent;
+
 /// Physical keys by virtual key code, and the modifier masks that are stored beside them. One table serves the hot key,
 /// its recorder and the keys of canvas and editors.
 namespace tallowby {
@@ -35,6 +37,9 @@ inline constexpr std::uint32_t controlKey = 0x1000;
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyFromEvdev(std::uint32_t evdevCode);
 /// The key that Qt names at this place of a US keyboard; for events that carry no physical code.
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key key);
+
+/// The virtual key code of a pressed key: by its physical place where the event carries one, else by its name.
+[[nodiscard]] std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event);
 
 /// Command is Super, Option is Alt; every other Qt modifier is dropped.
 [[nodiscard]] std::uint32_t carbonModifierFlags(Qt::KeyboardModifiers modifiers);
