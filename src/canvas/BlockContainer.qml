@@ -1,0 +1,9 @@
+import QtQuick
+import Tallowby.Canvas
+
+BlockContainerView {
+    id: container
+
+    Accessible.role: accessibleRole
+    Accessible.name: accessibleName
+}

@@ -1,0 +1,56 @@
+#include "canvas/CanvasKeys.h"
+
+#include "platform/VirtualKey.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace tallowby {
+
+namespace {
+
+/// X11 key codes are those of evdev plus this.
+constexpr quint32 kX11KeyCodeOffset = 8;
+constexpr int kLastAsciiKey = 0x7f;
+
+std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event) {
+    const quint32 scanCode = event.nativeScanCode();
+    return scanCode > kX11KeyCodeOffset ? virtualKeyFromEvdev(scanCode - kX11KeyCodeOffset) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event) {
+    if (event.key() == Qt::Key_Enter) {
+        return keycode::kReturn;
+    }
+    const auto named = virtualKeyFromQtKey(Qt::Key(event.key()));
+    return named ? named : virtualKeyByPlace(event);
+}
+
+bool isShortcutKey(const QKeyEvent &event, Qt::Key character) {
+    const bool isLatin = event.key() <= kLastAsciiKey;
+    return isLatin ? event.key() == character : virtualKeyByPlace(event) == virtualKeyFromQtKey(character);
+}
+
+bool isCommandHeld(Qt::KeyboardModifiers modifiers) {
+    return modifiers.testAnyFlags(Qt::ControlModifier | Qt::MetaModifier);
+}
+
+QString printable(const QString &text) {
+    QString result;
+    for (const char32_t character : text.toUcs4()) {
+        if (QChar::isPrint(character)) {
+            result += QChar::fromUcs4(character);
+        }
+    }
+    return result;
+}
+
+QString typedText(const QKeyEvent &event) {
+    const auto commanding = Qt::ControlModifier | Qt::MetaModifier | Qt::AltModifier;
+    return event.modifiers().testAnyFlags(commanding) ? QString() : printable(event.text());
+}
+
+} // namespace tallowby

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "model/Block.h"
+
+#include <QAbstractListModel>
+#include <QQmlEngine>
+
+#include <vector>
+
+namespace tallowby {
+
+/// The blocks that the viewport shows, in paint order, as rows with one role, "block". Each change touches exactly the
+/// rows that it is about, so that a view keeps the delegates of all others.
+class VisibleBlocksModel : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("The canvas model holds it")
+
+public:
+    enum Role { BlockRole = Qt::UserRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    [[nodiscard]] const std::vector<BlockPtr> &blocks() const { return m_blocks; }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+    void append(const BlockPtr &block);
+    /// Nothing when the block has no row.
+    void remove(const Block &block);
+    void moveToEnd(const Block &block);
+    /// Removes, inserts and moves the rows that differ from `blocks`.
+    void assign(const std::vector<BlockPtr> &blocks);
+
+private:
+    [[nodiscard]] int rowOf(const Block &block) const;
+    void removeRowsAbsentFrom(const std::vector<BlockPtr> &blocks);
+    void moveRow(int from, int to);
+
+    std::vector<BlockPtr> m_blocks;
+};
+
+} // namespace tallowby

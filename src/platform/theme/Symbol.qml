@@ -1,0 +1,16 @@
+import QtQuick
+import Tallowby.Platform
+
+/// A symbol by name, tinted. Drawn at twice its size, so that it stays sharp on a canvas that is zoomed in.
+Image {
+    id: symbol
+
+    required property string name
+    property color color: Theme.inkSoft
+    property real size: Theme.iconSmall
+
+    width: size
+    height: size
+    source: "image://theme/symbol/" + name + "/" + color.toString().replace("#", "%23")
+    sourceSize: Qt.size(2 * size, 2 * size)
+}

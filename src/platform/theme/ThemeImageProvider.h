@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QQuickImageProvider>
+
+class QQmlEngine;
+
+namespace tallowby {
+
+/// The pictures that the theme makes, for `Image` and `BorderImage`:
+/// - `image://theme/symbol/<name>/<color>`: a symbol by name, tinted; a name without a picture gives a boxed question
+///   mark;
+/// - `image://theme/shadow/<blur>/<radius>`: the soft shadow of a rounded surface as a nine-slice picture, black, opaque
+///   where the surface hides it; its borders are `blur + radius`.
+class ThemeImageProvider : public QQuickImageProvider {
+public:
+    ThemeImageProvider();
+
+    /// Gives the engine the provider, once.
+    static void install(QQmlEngine &engine);
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+};
+
+/// The picture's file for a symbol name; the default picture's for a name that has none.
+[[nodiscard]] QString symbolFile(const QString &name);
+
+} // namespace tallowby
