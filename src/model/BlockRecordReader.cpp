@@ -118,16 +118,17 @@ std::optional<QString> BlockRecordReader::Session::read(const JsonBuffer &docume
     for (auto next : records) {
         Value value;
         simdjson::ondemand::object record;
-        const QString place = QStringLiteral("record %1").arg(index);
-        if (next.get(value)) {
-            return place + u": is no JSON";
-        }
-        if (value.get_object().get(record)) {
-            return place + u": is no object";
-        }
         BlockDTO dto;
-        if (const auto refusal = readRecord(record, dto)) {
-            return place + u": " + *refusal;
+        std::optional<QString> refusal;
+        if (next.get(value)) {
+            refusal = QStringLiteral("it is no JSON");
+        } else if (value.get_object().get(record)) {
+            refusal = QStringLiteral("it is no object");
+        } else {
+            refusal = readRecord(record, dto);
+        }
+        if (refusal) {
+            return QStringLiteral("record %1: ").arg(index) + *refusal;
         }
         take(std::move(dto));
         ++index;
@@ -145,11 +146,11 @@ std::optional<QString> BlockRecordReader::Session::readRecord(simdjson::ondemand
         simdjson::ondemand::field field;
         bool isValid = true;
         if (std::move(next).get(field)) {
-            return QStringLiteral("is no JSON");
+            return QStringLiteral("it is no JSON");
         }
         const auto key = keyAt(field, expected, isValid);
         if (!isValid) {
-            return QStringLiteral("has a key that is no text");
+            return QStringLiteral("a key is no text");
         }
         if (!key) {
             if (const Problem problem = json::skip(field.value()); problem != Problem::none) {
