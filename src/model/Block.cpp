@@ -1,6 +1,11 @@
 #include "model/Block.h"
 
+#include "model/AnyCodable.h"
+
 #include <QRectF>
+
+#include <cmath>
+#include <concepts>
 
 namespace tallowby {
 
@@ -32,6 +37,7 @@ constexpr QSizeF kVoiceNoteSize{240, 110};
 constexpr QSizeF kVideoNoteSize{300, 220};
 constexpr QSizeF kSketchSize{40, 40};
 constexpr QSizeF kIconSize{64, 64};
+constexpr QLatin1StringView kIconColor("#333333");
 
 } // namespace
 
@@ -88,10 +94,22 @@ BlockPtr Block::sketch(QUuid userId, QPointF at) {
     return make(userId, BlockType::sketch, at, kSketchSize);
 }
 
+BlockPtr Block::icon(QUuid userId, QPointF at, const QString &iconName) {
+    auto block = make(userId, BlockType::icon, at, kIconSize);
+    block->setContentField(QStringLiteral("iconName"), iconName);
+    block->setTextColor(kIconColor);
+    return block;
+}
+
 template <typename Value>
 void Block::write(Value BlockFields::*field, const Value &value, void (Block::*changed)()) {
     if (m_fields.constData()->*field == value) {
         return;
+    }
+    if constexpr (std::floating_point<Value>) {
+        if (!std::isfinite(value)) {
+            return;
+        }
     }
     m_fields.data()->*field = value;
     if (m_listener) {
@@ -126,6 +144,19 @@ void Block::setZIndex(qint64 zIndex) {
 
 void Block::setContent(const QByteArray &content) {
     write(&BlockFields::content, content, &Block::contentChanged);
+}
+
+void Block::setContentField(const QString &key, const AnyCodable &value) {
+    AnyCodable::Object payload;
+    if (const auto current = AnyCodable::fromJson(content())) {
+        if (const auto *object = std::get_if<AnyCodable::Object>(&current->value())) {
+            payload = *object;
+        }
+    }
+    payload.set(key, value);
+    if (const auto json = AnyCodable(std::move(payload)).toJson()) {
+        setContent(*json);
+    }
 }
 
 void Block::setRawText(const std::optional<QString> &text) {

@@ -17,6 +17,7 @@
 
 namespace tallowby {
 
+class AnyCodable;
 class Block;
 
 /// The fields of a block that its record is made from, and the two that live beside it. Shared and copied on write: a
@@ -61,9 +62,9 @@ public:
     virtual void blockRecordChanged(Block &block) = 0;
 };
 
-/// One item on the canvas: a positioned, sized rectangle of one of thirteen kinds. Main thread only. A setter writes and
-/// notifies only when the value differs; it never touches `needsSync` or `updatedAt`, which belong to whoever changes
-/// the block for the user.
+/// One item on the canvas: a positioned, sized rectangle of one of thirteen kinds. Main thread only. A setter writes
+/// and notifies only when the value differs, and ignores a number that is not finite, which no record could carry; it
+/// never touches `needsSync` or `updatedAt`, which belong to whoever changes the block for the user.
 class Block : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -124,6 +125,9 @@ public:
     [[nodiscard]] BlockType blockType() const { return m_fields->blockType; }
     [[nodiscard]] const QByteArray &content() const { return m_fields->content; }
     void setContent(const QByteArray &content);
+    /// Sets one key of the payload and leaves the others as they are. A payload that is no JSON object counts as empty;
+    /// a value that cannot be written leaves the payload alone.
+    void setContentField(const QString &key, const AnyCodable &value);
     [[nodiscard]] const std::optional<QString> &rawText() const { return m_fields->rawText; }
     [[nodiscard]] QString rawTextOrEmpty() const { return m_fields->rawText.value_or(QString()); }
     void setRawText(const std::optional<QString> &text);

@@ -8,16 +8,16 @@ namespace tallowby {
 namespace {
 
 constexpr std::array<QLatin1StringView, kBlockTypeCount> kBlockTypeNames{
-    QLatin1StringView("text"),       QLatin1StringView("table"),      QLatin1StringView("automation"),
-    QLatin1StringView("checklist"),  QLatin1StringView("image"),      QLatin1StringView("code"),
+    QLatin1StringView("text"),       QLatin1StringView("table"),       QLatin1StringView("automation"),
+    QLatin1StringView("checklist"),  QLatin1StringView("image"),       QLatin1StringView("code"),
     QLatin1StringView("divider"),    QLatin1StringView("sticky_note"), QLatin1StringView("shape"),
-    QLatin1StringView("voice_note"), QLatin1StringView("video_note"), QLatin1StringView("sketch"),
+    QLatin1StringView("voice_note"), QLatin1StringView("video_note"),  QLatin1StringView("sketch"),
     QLatin1StringView("icon"),
 };
 
 constexpr std::array<QLatin1StringView, 7> kShapeTypeNames{
-    QLatin1StringView("rectangle"), QLatin1StringView("circle"),   QLatin1StringView("arrow"),
-    QLatin1StringView("line"),      QLatin1StringView("diamond"),  QLatin1StringView("triangle"),
+    QLatin1StringView("rectangle"),     QLatin1StringView("circle"),  QLatin1StringView("arrow"),
+    QLatin1StringView("line"),          QLatin1StringView("diamond"), QLatin1StringView("triangle"),
     QLatin1StringView("speech_bubble"),
 };
 

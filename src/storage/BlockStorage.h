@@ -2,7 +2,10 @@
 
 #include "model/Block.h"
 #include "platform/Scheduler.h"
+#include "storage/RecordPages.h"
+#include "storage/SerialQueue.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -11,6 +14,8 @@
 #include <vector>
 
 namespace tallowby {
+
+class BlockFileWriter;
 
 /// The one local store of all blocks, mirrored to one JSON file. Main thread only; encoding and writing happen on the
 /// serial queue "com.tallowby.storage.save" and see immutable snapshots, never live blocks. Owns every block for the
@@ -54,9 +59,21 @@ Q_SIGNALS:
 
 private:
     void blockRecordChanged(Block &block) override;
+    void loadFromDisk(const QString &filePath);
+    void hold(BlockPtr block);
+    void writeSnapshot();
 
+    Scheduler &m_scheduler;
     std::vector<BlockPtr> m_blocks;
+    /// From the id to the first place that has it.
+    QHash<QUuid, std::size_t> m_places;
+    RecordPages m_pages;
     std::optional<QUuid> m_currentUserId;
+    std::function<void()> m_syncTrigger;
+    ScheduledCall m_saveCall;
+    /// Touched on the queue only, once it runs.
+    std::unique_ptr<BlockFileWriter> m_writer;
+    SerialQueue m_saveQueue;
 };
 
 } // namespace tallowby

@@ -1,0 +1,141 @@
+#include "SceneFile.h"
+
+#include "model/AnyCodable.h"
+#include "storage/BlockFileWriter.h"
+
+#include <QStringList>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+namespace tallowby::bench {
+
+namespace {
+
+constexpr double kGap = 60;
+constexpr QSizeF kStickySize{200, 200};
+constexpr QSizeF kTextSize{300, 200};
+constexpr QSizeF kShapeSize{220, 140};
+constexpr double kColumnWidth = 300 + kGap;
+constexpr double kRowHeight = 200 + kGap;
+constexpr int kTextLength = 40;
+constexpr int kHeavyItems = 5;
+/// 2025-01-29, so that equal seeds give equal files.
+constexpr double kFirstDay = 760'000'000;
+
+/// std::mt19937 gives the same numbers everywhere; the distributions of the library need not.
+class Dice {
+public:
+    explicit Dice(std::uint32_t seed)
+        : m_engine(seed) {}
+    std::uint32_t below(std::uint32_t limit) { return std::uint32_t(m_engine() % limit); }
+    QUuid uuid() {
+        return {std::uint32_t(m_engine()),
+                ushort(m_engine()),
+                ushort(m_engine()),
+                byte(),
+                byte(),
+                byte(),
+                byte(),
+                byte(),
+                byte(),
+                byte(),
+                byte()};
+    }
+
+private:
+    uchar byte() { return uchar(m_engine()); }
+
+    std::mt19937 m_engine;
+};
+
+QString sentence(Dice &dice, int length) {
+    static const QStringList words = QStringLiteral("paper ink card turn note tea plan north river seven light small "
+                                                    "garden letter window café harbour idea draft monday")
+                                         .split(u' ');
+    QString text;
+    while (text.size() < length) {
+        text += words.at(dice.below(std::uint32_t(words.size()))) + u' ';
+    }
+    text.truncate(length);
+    return text;
+}
+
+/// Lines as a checklist has them, about 700 bytes together.
+AnyCodable heavyItems(Dice &dice) {
+    AnyCodable::Array items;
+    for (int next = 0; next < kHeavyItems; ++next) {
+        AnyCodable::Object item;
+        item.set(QStringLiteral("id"), dice.uuid().toString(QUuid::WithoutBraces).toUpper());
+        item.set(QStringLiteral("text"), sentence(dice, kTextLength));
+        item.set(QStringLiteral("isDone"), dice.below(2) == 0);
+        items.emplace_back(std::move(item));
+    }
+    return items;
+}
+
+void fillKind(BlockFields &fields, std::size_t place, AnyCodable::Object &payload, Dice &dice) {
+    switch (place % 3) {
+    case 0:
+        fields.blockType = BlockType::stickyNote;
+        fields.width = kStickySize.width();
+        fields.height = kStickySize.height();
+        fields.rawText = sentence(dice, kTextLength);
+        break;
+    case 1:
+        fields.blockType = BlockType::text;
+        fields.width = kTextSize.width();
+        fields.height = kTextSize.height();
+        fields.rawText = sentence(dice, kTextLength);
+        break;
+    default:
+        fields.blockType = BlockType::shape;
+        fields.width = kShapeSize.width();
+        fields.height = kShapeSize.height();
+        fields.rawText = sentence(dice, kTextLength / 3);
+        payload.set(QStringLiteral("shapeType"), QString(rawValue(ShapeType::rectangle)));
+        payload.set(QStringLiteral("strokeWidth"), 2.0);
+        break;
+    }
+}
+
+} // namespace
+
+std::vector<SharedBlockFields> sceneRecords(const Scene &scene) {
+    Dice dice(scene.seed);
+    const QUuid userId = dice.uuid();
+    const auto columns = std::size_t(std::ceil(std::sqrt(double(scene.blockCount))));
+    std::vector<SharedBlockFields> records;
+    records.reserve(scene.blockCount);
+    for (std::size_t place = 0; place < scene.blockCount; ++place) {
+        SharedBlockFields fields(new BlockFields);
+        AnyCodable::Object payload;
+        fields->id = dice.uuid();
+        fields->userId = userId;
+        fields->xPosition = (double(place % columns) - double(columns) / 2) * kColumnWidth;
+        fields->yPosition = (double(place / columns) - double(columns) / 2) * kRowHeight;
+        fields->zIndex = std::int64_t(place);
+        fields->createdAt.secondsSinceReference = kFirstDay + double(place) + dice.below(1'000'000) / 1e6;
+        fields->updatedAt = fields->createdAt;
+        fillKind(*fields, place, payload, dice);
+        if (scene.kind == Scene::Kind::heavyGrid) {
+            payload.set(QStringLiteral("items"), heavyItems(dice));
+        }
+        if (!payload.members().empty()) {
+            fields->content = AnyCodable(std::move(payload)).toJson().value_or(QByteArray());
+        }
+        records.push_back(std::move(fields));
+    }
+    return records;
+}
+
+void writeSceneFile(const Scene &scene, const QString &path) {
+    if (const auto error = BlockFileWriter(path).write(RecordPages(sceneRecords(scene)).snapshot({}))) {
+        std::fprintf(stderr, "cannot write the scene: %s\n", qUtf8Printable(*error));
+        std::exit(EXIT_FAILURE);
+    }
+}
+
+} // namespace tallowby::bench

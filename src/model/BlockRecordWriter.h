@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/BlockDTO.h"
+
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace tallowby {
+
+struct TimestampCoding;
+
+/// Writes one array of records as compact JSON, keys in the declared order, absent optional fields left out. The text
+/// gathers in a buffer that its user empties as it grows. One thread at a time.
+class BlockRecordWriter {
+public:
+    explicit BlockRecordWriter(const TimestampCoding &timestamps);
+    ~BlockRecordWriter();
+    BlockRecordWriter(const BlockRecordWriter &) = delete;
+    BlockRecordWriter &operator=(const BlockRecordWriter &) = delete;
+
+    void startArray();
+    /// Returns the reason when a field cannot be written, which names the key; the text is then worth nothing.
+    [[nodiscard]] std::optional<QString> write(const BlockFields &fields);
+    void endArray();
+
+    /// What was written since the last `clearText`.
+    [[nodiscard]] std::string_view text() const;
+    void clearText();
+
+private:
+    class Session;
+    std::unique_ptr<Session> m_session;
+};
+
+} // namespace tallowby
