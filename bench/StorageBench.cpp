@@ -16,6 +16,8 @@
 
 #include <map>
 
+#include <malloc.h>
+
 namespace tallowby::bench {
 
 namespace {
@@ -126,9 +128,10 @@ void load(benchmark::State &state) {
     const QString path = files().path(blockCount(state));
     ManualScheduler scheduler;
     for (auto _ : state) {
+        const auto before = ::mallinfo2().uordblks;
         auto storage = std::make_unique<BlockStorage>(scheduler, path);
-        benchmark::DoNotOptimize(storage->blocks().size());
         state.PauseTiming();
+        state.counters["bytesPerBlock"] = double(::mallinfo2().uordblks - before) / double(storage->blocks().size());
         storage.reset();
         state.ResumeTiming();
     }

@@ -10,11 +10,14 @@ function(tallowby_qml_module name)
     get_filename_component(type ${file} NAME)
     set_source_files_properties(${file} PROPERTIES QT_RESOURCE_ALIAS ${type})
   endforeach()
+  # One tree of all modules, so that qmllint finds what a module imports.
+  set(QT_QML_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml)
+  string(REPLACE . / module_path ${ARG_URI})
   qt_add_library(${target} STATIC)
   add_library(Tallowby::${name} ALIAS ${target})
   qt_add_qml_module(${target}
     URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
-    OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${name}/Tallowby/${name}
+    OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/${module_path}
     SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
   target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

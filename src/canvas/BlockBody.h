@@ -8,8 +8,8 @@
 
 namespace tallowby {
 
-/// What a container shows of its block: the base of all bodies. The container gives it the block before its bindings are
-/// evaluated, and sizes it to the block.
+/// What a container shows of its block: the base of all bodies. The container gives it the block before its bindings
+/// are evaluated, and sizes it to the block.
 class BlockBody : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -17,8 +17,8 @@ class BlockBody : public QQuickItem {
     Q_PROPERTY(QString kindName READ kindName CONSTANT)
     Q_PROPERTY(QString kindSymbol READ kindSymbol CONSTANT)
     Q_PROPERTY(bool isEditing READ isEditing NOTIFY isEditingChanged)
-    /// The size that the body takes by itself, to which the container settles the block; a body that takes the size that
-    /// it is given leaves it alone.
+    /// The size that the body takes by itself, to which the container settles the block; a body that takes the size
+    /// that it is given leaves it alone.
     Q_PROPERTY(QSizeF measuredSize READ measuredSize WRITE setMeasuredSize NOTIFY measuredSizeChanged)
 
 public:

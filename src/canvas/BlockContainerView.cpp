@@ -1,7 +1,5 @@
 #include "canvas/BlockContainerView.h"
 
-#include "canvas/InfiniteCanvasView.h"
-
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QPropertyAnimation>

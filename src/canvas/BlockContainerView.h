@@ -1,14 +1,13 @@
 #pragma once
 
 #include "canvas/BlockBody.h"
+#include "canvas/InfiniteCanvasView.h"
 
 #include <QQuickItem>
 
 #include <memory>
 
 namespace tallowby {
-
-class InfiniteCanvasView;
 
 /// The frame around each visible block: puts the block's body at its place, size and angle, settles the block to the
 /// size that the body measures, opens the body for editing and shows that the block is selected.

@@ -14,8 +14,8 @@ namespace tallowby {
 /// user swapped them, else by its place. The keypad's Enter counts as Return.
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event);
 
-/// Whether the key stands for this ASCII character in a shortcut. A key that a layout without Latin letters gives another
-/// character counts by its place.
+/// Whether the key stands for this ASCII character in a shortcut. A key that a layout without Latin letters gives
+/// another character counts by its place.
 [[nodiscard]] bool isShortcutKey(const QKeyEvent &event, Qt::Key character);
 
 /// Control or Super.

@@ -80,8 +80,8 @@ public:
 
     /// Reloads the blocks from the storage. Shows those in the viewport that was last told, or all when none was.
     void refreshBlocks();
-    /// `viewport` in canvas points; `scale` in screen points per canvas point. A block that is being edited stays, so that
-    /// typing goes on when it is panned out of sight.
+    /// `viewport` in canvas points; `scale` in screen points per canvas point. A block that is being edited stays, so
+    /// that typing goes on when it is panned out of sight.
     void updateVisibleBlocks(const QRectF &viewport, double scale);
 
 Q_SIGNALS:

@@ -148,10 +148,13 @@ BlockContainerView *InfiniteCanvasView::containerOf(const Block *block) const {
 
 void InfiniteCanvasView::mousePressEvent(QMouseEvent *event) {
     forceActiveFocus(Qt::MouseFocusReason);
-    m_gesture = {.button = event->button(), .start = event->position(), .last = event->position()};
-    if (event->button() == Qt::LeftButton) {
-        m_gesture.block = m_viewModel->blockAt(m_viewport.toCanvas(event->position()));
-    }
+    const QPointF position = event->position();
+    const bool mayHitBlock = event->button() == Qt::LeftButton;
+    m_gesture = {.button = event->button(),
+                 .start = position,
+                 .last = position,
+                 .block = mayHitBlock ? m_viewModel->blockAt(m_viewport.toCanvas(position)) : nullptr,
+                 .isDrag = false};
 }
 
 void InfiniteCanvasView::mouseMoveEvent(QMouseEvent *event) {

@@ -29,8 +29,8 @@ class InfiniteCanvasView : public QQuickItem {
     /// Where the canvas origin is drawn, on a whole device pixel.
     Q_PROPERTY(QPointF origin READ origin NOTIFY viewportChanged)
     /// Made over each selected block.
-    Q_PROPERTY(QQmlComponent *selectionOutline READ selectionOutline WRITE setSelectionOutline NOTIFY
-                   selectionOutlineChanged)
+    Q_PROPERTY(
+        QQmlComponent *selectionOutline READ selectionOutline WRITE setSelectionOutline NOTIFY selectionOutlineChanged)
     /// How the key that leaves the canvas is written; empty when there is none.
     Q_PROPERTY(QString closeShortcut READ closeShortcut WRITE setCloseShortcut NOTIFY closeShortcutChanged)
 
@@ -119,8 +119,8 @@ private:
     QQmlComponent *m_selectionOutline = nullptr;
     QString m_closeShortcut;
     PointerGesture m_gesture;
-    /// While an input method composes the first word of a block, the keyboard focus stays here and what it sends goes on
-    /// to the block's editor: a change of focus would make it give up the composition.
+    /// While an input method composes the first word of a block, the keyboard focus stays here and what it sends goes
+    /// on to the block's editor: a change of focus would make it give up the composition.
     bool m_keepsInputMethod = false;
     bool m_hasPreedit = false;
 };

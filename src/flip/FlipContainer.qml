@@ -1,4 +1,5 @@
 import QtQuick
+import Tallowby.Flip
 
 // The window's content while the card turns.
 Item {

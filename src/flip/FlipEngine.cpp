@@ -34,13 +34,10 @@ QUrl moduleFile(QStringView fileName) {
 }
 
 std::unique_ptr<QQuickItem> createItem(QQmlComponent &component, const QVariantMap &properties = {}) {
-    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
-    auto *const item = qobject_cast<QQuickItem *>(object.get());
-    if (!item) {
+    if (component.isError()) {
         qFatal("%s", qUtf8Printable(component.errorString()));
     }
-    object.release();
-    return std::unique_ptr<QQuickItem>(item);
+    return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties)));
 }
 
 /// The object that an item's QML names under `property`.
@@ -120,7 +117,8 @@ QCoro::Task<> FlipEngine::performFlip() {
     m_services.presentation.activateIgnoringOtherApps(*m_flipWindow);
     m_previousPresentationOptions = m_services.presentation.presentationOptions();
     m_services.presentation.setPresentationOptions(kAutoHideDock | kAutoHideMenuBar);
-    if (co_await rotation()) {
+    const bool hasTurned = co_await rotation();
+    if (hasTurned) {
         finishOpening();
     }
 }
@@ -246,7 +244,8 @@ QCoro::Task<> FlipEngine::close(KeyboardReturn keyboardReturn) {
     }
     returnKeyboard();
     m_services.notifications.post(events::flipReversing);
-    if (co_await rotation()) {
+    const bool hasTurned = co_await rotation();
+    if (hasTurned) {
         finishClosing();
     }
 }
@@ -272,11 +271,13 @@ QCoro::Task<> FlipEngine::handleAppSwitch(RunningApplication application) {
     if (m_state != FlipState::showing || identifier.isEmpty() || isOwn(application)) {
         co_return;
     }
-    if (!co_await m_waits.delay(m_services.scheduler, kFocusLossGrace) || !isStillInFront(identifier)) {
+    const bool isGracePast = co_await m_waits.delay(m_services.scheduler, kFocusLossGrace);
+    if (!isGracePast || !isStillInFront(identifier)) {
         co_return;
     }
     m_services.presentation.activateIgnoringOtherApps(*m_flipWindow);
-    if (!co_await m_waits.delay(m_services.scheduler, kFocusReturnGrace) || !isStillInFront(identifier)) {
+    const bool isReturnPast = co_await m_waits.delay(m_services.scheduler, kFocusReturnGrace);
+    if (!isReturnPast || !isStillInFront(identifier)) {
         co_return;
     }
     co_await close(KeyboardReturn::staysWhereItIs);

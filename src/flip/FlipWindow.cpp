@@ -79,7 +79,7 @@ void FlipWindow::setContentView(QQuickItem *view) {
 void FlipWindow::addUnseen(QQuickItem *view) {
     view->setParentItem(contentItem());
     view->setPosition({});
-    view->setSize(contentItem()->size());
+    view->setSize(size());
     view->setOpacity(0);
 }
 

@@ -1,4 +1,5 @@
 import QtQuick
+import Tallowby.Flip
 
 // The canvas as it is shown once the card has turned. What floats over every canvas goes above the wrapper.
 Item {

@@ -12,9 +12,13 @@ namespace tallowby {
 /// What the coroutines of one object wait for. When the object dies, its waits end at once with `false`, and the
 /// coroutine returns without touching the object:
 ///
-///     if (!co_await m_waits.delay(m_scheduler, 400ms)) {
+///     const bool isPast = co_await m_waits.delay(m_scheduler, 400ms);
+///     if (!isPast) {
 ///         co_return;
 ///     }
+///
+/// The result gets a name before it is asked: g++ 12 lays out a coroutine's frame wrongly, and the coroutine crashes
+/// when it is resumed, where a `co_await` stands in the condition of an `if` itself.
 ///
 /// Make it the last member, so that it dies before whatever the waits hang on. One thread.
 class Waits {

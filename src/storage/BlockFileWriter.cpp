@@ -32,14 +32,29 @@ void makeFolder(const QString &path) {
     }
 }
 
-/// One more name for the file where the file system has that, so that it is there under one of them at any instant;
-/// else the other name. Never takes the place of a file that has the name already.
-bool giveName(const QByteArray &path, const QByteArray &name) {
-    if (::link(path.constData(), name.constData()) == 0) {
+bool moveWithoutReplacing(const char *path, const char *name) {
+    if (::renameat2(AT_FDCWD, path, AT_FDCWD, name, RENAME_NOREPLACE) == 0) {
         return true;
     }
-    return errno != EEXIST &&
-           ::renameat2(AT_FDCWD, path.constData(), AT_FDCWD, name.constData(), RENAME_NOREPLACE) == 0;
+    if (errno != EINVAL) {
+        return false;
+    }
+    // The file system cannot check by itself.
+    if (::access(name, F_OK) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    return errno == ENOENT && std::rename(path, name) == 0;
+}
+
+/// One more name for the file where the file system has that, so that it is there under one of them at any instant;
+/// else the other name. Never takes the place of a file that has the name already. Behind a symbolic link it is the
+/// file that is meant: a second link would lead to whatever is written there next.
+bool giveName(const QByteArray &path, const QByteArray &name) {
+    if (::linkat(AT_FDCWD, path.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) == 0) {
+        return true;
+    }
+    return errno != EEXIST && moveWithoutReplacing(path.constData(), name.constData());
 }
 
 } // namespace

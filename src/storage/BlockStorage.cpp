@@ -6,6 +6,7 @@
 #include "storage/BlockFileWriter.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -17,9 +18,9 @@ namespace {
 constexpr QLatin1StringView kFileName("blocks.json");
 
 /// The name that an unreadable file is kept under, with the time in UTC.
-QString unreadableName(Scheduler::WallClock::time_point now) {
+QString unreadableName(const QString &filePath, Scheduler::WallClock::time_point now) {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
-    return kFileName + u".unreadable-" +
+    return QFileInfo(filePath).fileName() + u".unreadable-" +
            QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC).toString(QStringLiteral("yyyyMMdd-HHmmss"));
 }
 
@@ -50,7 +51,7 @@ void BlockStorage::loadFromDisk(const QString &filePath) {
     auto content = readBlockFile(filePath);
     if (const auto *unreadable = std::get_if<UnreadableBlockFile>(&content)) {
         logLine(QString(u"[BlockStorage] ❌ Load failed: " + unreadable->reason));
-        m_writer->setAsideFirst(unreadableName(m_scheduler.now()));
+        m_writer->setAsideFirst(unreadableName(filePath, m_scheduler.now()));
         return;
     }
     auto *const loaded = std::get_if<LoadedBlocks>(&content);

@@ -1,4 +1,5 @@
 import QtQuick
+import Tallowby.Flip
 
 BackdropView {
     id: backdrop

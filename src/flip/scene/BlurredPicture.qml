@@ -1,4 +1,5 @@
 import QtQuick
+import Tallowby.Flip
 
 // A small picture blurred at its own size, once for each picture, and then only stretched: no frame pays for the blur.
 // The textures are live, which renders them anew when what they show changes and never otherwise.

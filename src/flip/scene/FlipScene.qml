@@ -1,4 +1,5 @@
 import QtQuick
+import Tallowby.Flip
 
 // The card. What moves is set on these items directly by the scene, once a frame; nothing here is evaluated in a turn.
 FlipSceneView {

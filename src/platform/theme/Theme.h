@@ -10,8 +10,8 @@
 namespace tallowby {
 
 /// Every value of the program's look: colours for light and dark, type scale, space, radii, motion. One for the whole
-/// process, so that all windows change together. Light or dark follows the desktop's palette; `TALLOWBY_THEME` (light or
-/// dark) in the environment overrides it. Sizes are in points, durations in milliseconds.
+/// process, so that all windows change together. Light or dark follows the desktop's palette; `TALLOWBY_THEME` (light
+/// or dark) in the environment overrides it. Sizes are in points, durations in milliseconds.
 class Theme : public QObject {
     Q_OBJECT
     QML_ELEMENT

@@ -1,0 +1,55 @@
+import QtQuick
+import Tallowby.Blocks
+import Tallowby.Platform
+
+/// A block as a plain card: what kind it is and what text it has.
+PlainBlockContent {
+    id: content
+
+    readonly property bool isSmall: width < 120 || height < 56
+
+    Rectangle {
+        anchors.fill: parent
+        radius: Math.min(Theme.radiusCard, height / 2)
+        color: Theme.surface
+        border { width: 1; color: Theme.hairline }
+    }
+
+    Symbol {
+        id: symbol
+
+        x: content.isSmall ? (content.width - width) / 2 : Theme.spaceCard
+        y: content.isSmall ? (content.height - height) / 2 : Theme.spaceCard
+        size: Math.max(0, Math.min(Theme.iconSmall, content.width, content.height))
+        name: content.kindSymbol
+    }
+
+    Text {
+        anchors {
+            left: symbol.right; leftMargin: Theme.spaceSmall
+            right: parent.right; rightMargin: Theme.spaceCard
+            verticalCenter: symbol.verticalCenter
+        }
+        visible: !content.isSmall
+        color: Theme.inkSoft
+        elide: Text.ElideRight
+        font { family: Theme.uiFamily; pixelSize: Theme.labelSize; weight: Font.Medium }
+        text: content.kindName
+        textFormat: Text.PlainText
+    }
+
+    Text {
+        anchors {
+            left: parent.left; right: parent.right; top: symbol.bottom; bottom: parent.bottom
+            margins: Theme.spaceCard; topMargin: Theme.spaceSmall
+        }
+        visible: !content.isSmall && text
+        color: Theme.ink
+        elide: Text.ElideRight
+        font { family: Theme.uiFamily; pixelSize: Theme.bodySize }
+        lineHeight: 1.25
+        text: content.excerpt
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+}

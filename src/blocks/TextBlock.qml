@@ -1,0 +1,41 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tallowby.Blocks
+import Tallowby.Platform
+
+TextBlockContent {
+    id: content
+
+    editor: opened.item
+    displaySize: Qt.size(display.contentWidth, display.contentHeight)
+
+    // Also the placeholder of an editor that holds nothing yet.
+    Text {
+        id: display
+
+        visible: content.isDisplayShown
+        leftPadding: 4
+        topPadding: 2
+        width: content.wrapWidth > 0 ? content.wrapWidth : implicitWidth
+        wrapMode: content.wrapWidth > 0 ? Text.WrapAnywhere : Text.NoWrap
+        color: content.isEmpty ? Theme.inkSoft : content.textColor
+        font: content.displayFont
+        text: content.isEmpty ? qsTr("Type here...") : content.displayText
+        textFormat: Text.PlainText
+    }
+
+    Loader {
+        id: opened
+
+        anchors.fill: parent
+        active: content.isEditing
+        sourceComponent: Component {
+            TextEditor {
+                font: content.displayFont
+                textColor: content.textColor
+                text: content.block.rawText
+            }
+        }
+    }
+}

@@ -1,0 +1,36 @@
+// Saves the same blocks to the file named on the command line until it is killed. Each save is a generation of its own:
+// every block has the number of the save as its place in the stack. Says "." when the first save is done.
+
+#include "storage/BlockFileWriter.h"
+
+#include <QFile>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+using namespace tallowby;
+
+int main(int argc, char **argv) {
+    constexpr std::size_t kBlockCount = 300;
+    if (argc != 2) {
+        return 2;
+    }
+    BlockFileWriter writer(QFile::decodeName(argv[1]));
+    std::vector<SharedBlockFields> blocks;
+    for (std::size_t place = 0; place < kBlockCount; ++place) {
+        blocks.emplace_back(new BlockFields)->rawText = QStringLiteral("block %1").arg(place);
+    }
+    for (std::int64_t generation = 1;; ++generation) {
+        for (auto &fields : blocks) {
+            fields->zIndex = generation;
+        }
+        if (const auto error = writer.write(RecordPages(blocks).snapshot({}))) {
+            std::fprintf(stderr, "%s\n", qUtf8Printable(*error));
+            return 1;
+        }
+        if (generation == 1 && ::write(STDOUT_FILENO, ".", 1) != 1) {
+            return 1;
+        }
+    }
+}
