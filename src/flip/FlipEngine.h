@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QObject>
 #include <QPointer>
+#include <QQuickItem>
 
 #include <functional>
 #include <memory>
@@ -19,7 +20,6 @@
 
 class QQmlComponent;
 class QQmlEngine;
-class QQuickItem;
 
 namespace tallowby {
 

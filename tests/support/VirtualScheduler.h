@@ -10,7 +10,7 @@ namespace tallowby::test {
 /// A clock that moves only when a test says so. Calls that fall due run in order of their time, then of their request.
 class VirtualScheduler final : public Scheduler {
 public:
-    /// 2025-01-29 06:40:00 UTC, 760,000,000 s after the reference date of the file.
+    /// 2025-01-31 07:06:40 UTC, 760,000,000 s after the reference date of the file.
     static constexpr std::chrono::seconds kStart{1'738'307'200};
 
     VirtualScheduler();
