@@ -192,7 +192,8 @@ void X11HotKeyService::ungrab(Combination &combination) {
         }
     }
     combination.grabbed.clear();
-    m_x11->flush();
+    // A round trip, so that another program can have the combination from now on.
+    (void) xcbReply<xcb_get_input_focus_reply>(m_x11->handle(), xcb_get_input_focus(m_x11->handle()));
 }
 
 std::vector<xcb_window_t> X11HotKeyService::roots() const {
