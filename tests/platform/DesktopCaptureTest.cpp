@@ -57,7 +57,10 @@ TEST_P(DesktopCaptureTest, AveragesWhatStandsOnTheScreen) {
     EXPECT_TRUE(capture.capture(display, 0).isNull());
 }
 
-INSTANTIATE_TEST_SUITE_P(SharedMemory, DesktopCaptureTest, testing::Values("+extension", "-extension"));
+INSTANTIATE_TEST_SUITE_P(Through, DesktopCaptureTest, testing::Values("+extension", "-extension"),
+                         [](const auto &instance) {
+                             return *instance.param == '+' ? "SharedMemory" : "TheConnection";
+                         });
 
 TEST(PixelReduction, ReadsEveryLayoutOfWholeBytes) {
     struct Case {

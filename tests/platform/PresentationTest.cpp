@@ -117,7 +117,18 @@ TEST_P(Focus, IsTakenFromAnotherProgramAndGivenBack) {
     EXPECT_EQ(other.inputFocus(), panel.winId());
 }
 
-INSTANTIATE_TEST_SUITE_P(Desktops, Focus, testing::Values(Around::windowManager, Around::nothing, Around::compositor));
+INSTANTIATE_TEST_SUITE_P(With, Focus, testing::Values(Around::windowManager, Around::nothing, Around::compositor),
+                         [](const auto &instance) {
+                             switch (instance.param) {
+                             case Around::windowManager:
+                                 return "AWindowManager";
+                             case Around::nothing:
+                                 return "NoWindowManager";
+                             case Around::compositor:
+                                 return "ACompositor";
+                             }
+                             Q_UNREACHABLE();
+                         });
 
 TEST(Workspace, TellsWhichApplicationBecomesActive) {
     XcbConnection x11;
