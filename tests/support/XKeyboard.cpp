@@ -5,14 +5,25 @@
 #include <xcb/xcb_keysyms.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstdlib>
 
 namespace tallowby::test {
+
+namespace {
+
+constexpr int kModifierCount = 8;
+
+} // namespace
 
 XKeyboard::XKeyboard(const QString &display)
     : m_connection(xcb_connect(display.toLocal8Bit().constData(), nullptr)) {}
 
 XKeyboard::~XKeyboard() {
+    if (!m_originalModifierMap.empty()) {
+        writeModifierMap(m_originalModifierMap);
+    }
     xcb_disconnect(m_connection);
 }
 
@@ -51,6 +62,32 @@ void XKeyboard::type(QStringView text) {
         }
     }
     synchronize();
+}
+
+void XKeyboard::setModifierKeys(std::uint32_t modifierMask, const std::vector<std::uint32_t> &keySymbols) {
+    auto *mapping = xcb_get_modifier_mapping_reply(m_connection, xcb_get_modifier_mapping(m_connection), nullptr);
+    const xcb_keycode_t *first = xcb_get_modifier_mapping_keycodes(mapping);
+    std::vector<std::uint8_t> keycodes(first, first + kModifierCount * mapping->keycodes_per_modifier);
+    if (m_originalModifierMap.empty()) {
+        m_originalModifierMap = keycodes;
+    }
+    auto row = keycodes.begin() + std::countr_zero(modifierMask) * mapping->keycodes_per_modifier;
+    std::fill_n(row, mapping->keycodes_per_modifier, xcb_keycode_t(0));
+    for (const std::uint32_t keySymbol : keySymbols) {
+        *row++ = find(keySymbol).keycode;
+    }
+    writeModifierMap(keycodes);
+    std::free(mapping);
+}
+
+void XKeyboard::writeModifierMap(const std::vector<std::uint8_t> &keycodes) {
+    const auto width = std::uint8_t(keycodes.size() / kModifierCount);
+    auto *reply = xcb_set_modifier_mapping_reply(
+        m_connection, xcb_set_modifier_mapping(m_connection, width, keycodes.data()), nullptr);
+    if (!reply || reply->status != XCB_MAPPING_STATUS_SUCCESS) {
+        qFatal("The session's keyboard did not take the new modifier map.");
+    }
+    std::free(reply);
 }
 
 XKeyboard::Place XKeyboard::find(std::uint32_t keySymbol) const {

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <vector>
 
 struct xcb_connection_t;
 
@@ -30,6 +31,8 @@ public:
 
     /// Switches Caps Lock or another lock (XK_Caps_Lock, XK_Num_Lock, XK_Scroll_Lock) as pressing its key does.
     void toggleLock(std::uint32_t lockKeySymbol) { tap(lockKeySymbol); }
+    /// Makes the keys of `keySymbols`, and no others, carry the modifiers of one bit (XCB_MOD_MASK_1 …).
+    void setModifierKeys(std::uint32_t modifierMask, const std::vector<std::uint32_t> &keySymbols);
 
 private:
     struct Place {
@@ -40,7 +43,11 @@ private:
     void fake(std::uint8_t eventType, std::uint8_t keycode);
     void synchronize();
 
+    void writeModifierMap(const std::vector<std::uint8_t> &keycodes);
+
     xcb_connection_t *m_connection;
+    // Empty until it was changed.
+    std::vector<std::uint8_t> m_originalModifierMap;
 };
 
 } // namespace tallowby::test

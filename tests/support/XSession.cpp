@@ -16,6 +16,8 @@ namespace tallowby::test {
 
 namespace {
 
+XSession *adoptedSession = nullptr;
+
 constexpr int kStartTimeoutMilliseconds = 20'000;
 
 // Without key bindings, which would otherwise take Alt+Space; focus as desktops have it.
@@ -62,6 +64,22 @@ public:
             &std::free);
         return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
     }
+    /// The window that a window manager shows its presence with; XCB_WINDOW_NONE without one.
+    [[nodiscard]] xcb_window_t windowManagerCheck() const {
+        const ReplyPtr<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(
+                m_connection,
+                xcb_get_property(m_connection, 0, root(), atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1),
+                nullptr),
+            &std::free);
+        return reply && reply->value_len == 1 ? *static_cast<const xcb_window_t *>(xcb_get_property_value(reply.get()))
+                                              : xcb_window_t(XCB_WINDOW_NONE);
+    }
+    [[nodiscard]] bool exists(xcb_window_t window) const {
+        const ReplyPtr<xcb_get_geometry_reply_t> reply(
+            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr), &std::free);
+        return reply != nullptr;
+    }
     /// Asks `isReady` now and after each event, until it says yes or the time is over.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &isReady) const {
         QElapsedTimer elapsed;
@@ -100,7 +118,7 @@ XSession::XSession(const Options &options) {
     m_environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
                          QStringLiteral("unix:path=") + m_folder.file(QStringLiteral("runtime/no-bus")));
 
-    startServer(options.screenSize);
+    startServer(options);
     if (options.messageBus) {
         startMessageBus();
     }
@@ -118,19 +136,24 @@ XSession::~XSession() {
     m_messageBus.end();
 }
 
-void XSession::adoptEnvironment() const {
+void XSession::adoptEnvironment() {
+    adoptedSession = this;
     const QStringList variables = m_environment.keys();
     for (const QString &variable : variables) {
         qputenv(variable.toLocal8Bit().constData(), m_environment.value(variable).toLocal8Bit());
     }
 }
 
-void XSession::startServer(QSize screenSize) {
+XSession &XSession::adopted() {
+    return *adoptedSession;
+}
+
+void XSession::startServer(const Options &options) {
     const QByteArray screen =
-        QByteArray::number(screenSize.width()) + 'x' + QByteArray::number(screenSize.height()) + "x24";
-    m_server = ChildProcess(
-        {"Xvfb", "-displayfd", "{fd}", "-screen", "0", screen, "-dpi", "96", "-nolisten", "tcp", "-noreset"},
-        QProcessEnvironment::systemEnvironment());
+        QByteArray::number(options.screenSize.width()) + 'x' + QByteArray::number(options.screenSize.height()) + "x24";
+    const QList<QByteArray> arguments{"Xvfb", "-displayfd", "{fd}",      "-screen", "0",       screen,
+                                      "-dpi", "96",         "-nolisten", "tcp",     "-noreset"};
+    m_server = ChildProcess(arguments + options.serverArguments, QProcessEnvironment::systemEnvironment());
     const QByteArray number = m_server.readLine(kStartTimeoutMilliseconds);
     if (number.isEmpty()) {
         fail(QStringLiteral("Xvfb did not start"));
@@ -168,26 +191,29 @@ void XSession::startWindowManager() {
         configuration.close();
     }
     const Watcher watcher(m_display);
-    const xcb_atom_t check = watcher.atom("_NET_SUPPORTING_WM_CHECK");
     const std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(watcher.connection(), watcher.root(), XCB_CW_EVENT_MASK, &propertyChanges);
     // A window manager before this one may have left the property behind.
-    xcb_delete_property(watcher.connection(), watcher.root(), check);
+    xcb_delete_property(watcher.connection(), watcher.root(), watcher.atom("_NET_SUPPORTING_WM_CHECK"));
 
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(m_environment);
     m_windowManager =
         ChildProcess({"openbox", "--sm-disable", "--config-file", configuration.fileName().toUtf8()}, environment);
-    const bool isReady = watcher.waitUntil([&] {
-        const ReplyPtr<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(
-                watcher.connection(),
-                xcb_get_property(watcher.connection(), 0, watcher.root(), check, XCB_ATOM_WINDOW, 0, 1), nullptr),
-            &std::free);
-        return reply && reply->value_len == 1;
-    });
+    const bool isReady = watcher.waitUntil([&] { return watcher.windowManagerCheck() != XCB_WINDOW_NONE; });
     if (!isReady) {
         fail(QStringLiteral("openbox did not start"));
+    }
+}
+
+void XSession::endWindowManager() {
+    const Watcher watcher(m_display);
+    const xcb_window_t window = watcher.windowManagerCheck();
+    m_windowManager.end();
+    // Until the server has noticed, it hands requests to show a window to nobody.
+    QElapsedTimer elapsed;
+    elapsed.start();
+    while (watcher.exists(window) && elapsed.elapsed() < kStartTimeoutMilliseconds) {
     }
 }
 

@@ -25,6 +25,8 @@ public:
         bool compositor = false;
         /// A session bus that starts no services.
         bool messageBus = false;
+        /// For the X server, as in {"-extension", "MIT-SHM"}, which leaves an extension out.
+        QList<QByteArray> serverArguments = {};
     };
 
     explicit XSession(const Options &options);
@@ -40,16 +42,19 @@ public:
     /// (one that leads nowhere without a bus) and private XDG folders. Insert it into the environment of a program.
     [[nodiscard]] QProcessEnvironment environment() const { return m_environment; }
     /// Puts `environment()` into this process.
-    void adoptEnvironment() const;
+    void adoptEnvironment();
+    /// The session whose environment this process has adopted.
+    [[nodiscard]] static XSession &adopted();
 
-    /// A window manager that comes or goes while the session runs.
+    /// A window manager and a compositor may come and go while the session runs.
     void startWindowManager();
-    void endWindowManager() { m_windowManager.end(); }
+    void endWindowManager();
+    void startCompositor();
+    void endCompositor() { m_compositor.end(); }
 
 private:
-    void startServer(QSize screenSize);
+    void startServer(const Options &options);
     void startMessageBus();
-    void startCompositor();
     void fail(const QString &what);
 
     TemporaryFolder m_folder;

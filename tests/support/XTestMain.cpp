@@ -18,7 +18,7 @@ int main(int argc, char **argv) {
     if (testing::GTEST_FLAG(list_tests)) {
         return RUN_ALL_TESTS();
     }
-    const tallowby::test::XSession session({.windowManager = true, .messageBus = true});
+    tallowby::test::XSession session({.windowManager = true, .messageBus = true});
     if (!session.error().isEmpty()) {
         std::fprintf(stderr, "No X session for the tests: %s\n", qUtf8Printable(session.error()));
         return 1;

@@ -13,7 +13,7 @@ struct Display {
     /// The same for the same monitor on the same connector from one session to the next.
     std::uint32_t id = 0;
     QString name;
-    /// In points, in the coordinates that all displays share.
+    /// In points, in the coordinates that all displays share. A display's place is not scaled, only its size is.
     QRect frame;
     double devicePixelRatio = 1.0;
     bool isMain = false;

@@ -32,7 +32,9 @@ public:
     virtual ~HotKeyService() = default;
 
     /// Sets what is called, on the main thread, at each press of a registered combination; auto-repeat of a held key is
-    /// no press. Returns 0, or the platform's error code when presses cannot be delivered at all.
+    /// no press. What is typed right after a press waits, for a moment at most, until a window of this program has the
+    /// keyboard, so a window is brought up at once or not at all. Returns 0, or the platform's error code when presses
+    /// cannot be delivered at all.
     virtual std::int32_t installHandler(std::function<void()> pressed) = 0;
 
     /// Registers a combination given as virtual key code and Carbon modifier mask: whole or not at all.

@@ -20,7 +20,7 @@ class InstanceBus {
 public:
     enum class Claim {
         first,      ///< this process is the one that runs now
-        handedOver, ///< another runs and has taken the command
+        handedOver, ///< another runs and has been given the command; a busy one obeys when it gets to it
         unavailable ///< there is no session bus; this process runs without being found by others
     };
 

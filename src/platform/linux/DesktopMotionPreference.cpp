@@ -47,6 +47,9 @@ bool DesktopMotionPreference::prefersReducedMotion() const {
 }
 
 void DesktopMotionPreference::askPortal() {
+    // Qt registers its own types on the bus's thread, which may come too late for the slot's signature to be
+    // understood.
+    qRegisterMetaType<QDBusVariant>();
     m_bus.connect(kPortalService, kPortalPath, kPortalInterface, QStringLiteral("SettingChanged"), this,
                   SLOT(takePortalChange(QString, QString, QDBusVariant)));
     QDBusMessage call =

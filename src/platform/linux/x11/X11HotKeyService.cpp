@@ -9,7 +9,7 @@
 #include <utility>
 
 // Its C header names a field `explicit`.
-#define explicit explicitField
+#define explicit explicitField // NOLINT(clang-diagnostic-keyword-macro)
 #include <xcb/xkb.h>
 #undef explicit
 
@@ -121,12 +121,16 @@ void X11HotKeyService::handleKeyPress(const xcb_key_press_event_t &event) {
         }
         return;
     }
-    m_heldKeycode = event.detail;
-    m_hold.begin(event.time);
     const bool isOurs = std::ranges::any_of(m_combinations, [&](const auto &combination) {
         return combination->keycode == event.detail && m_modifierMap.isExactly(event.state, combination->modifiers);
     });
-    if (isOurs && m_pressed) {
+    if (!isOurs) {
+        m_hold.handOn(event.time); // It was pressed just before its registration ended.
+        return;
+    }
+    m_heldKeycode = event.detail;
+    m_hold.begin(event.time);
+    if (m_pressed) {
         const auto pressed = m_pressed; // It may install another.
         pressed();
     }
@@ -192,7 +196,8 @@ void X11HotKeyService::ungrab(Combination &combination) {
         }
     }
     combination.grabbed.clear();
-    m_x11->flush();
+    // A round trip, so that another program can have the combination from now on.
+    (void) xcbReply<xcb_get_input_focus_reply>(m_x11->handle(), xcb_get_input_focus(m_x11->handle()));
 }
 
 std::vector<xcb_window_t> X11HotKeyService::roots() const {

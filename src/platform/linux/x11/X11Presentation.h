@@ -30,7 +30,10 @@ public:
 
 private:
     [[nodiscard]] bool coversDocks() const;
-    void writePanelStates(QWindow &window);
+    [[nodiscard]] std::vector<xcb_atom_t> panelStates();
+    void writePanelStates();
+    void completePanelStates();
+    void requestState(xcb_atom_t state, std::uint32_t action) const;
     void handleEvent(const xcb_generic_event_t &event);
 
     XcbConnection &m_x11;
@@ -38,6 +41,7 @@ private:
     PresentationOptions m_options = kDefaultPresentation;
     ActivationPolicy m_policy = ActivationPolicy::accessory;
     QPointer<QWindow> m_panel;
+    xcb_window_t m_panelWindow = XCB_WINDOW_NONE;
     // Takes the input focus as soon as it can be seen.
     xcb_window_t m_awaited = XCB_WINDOW_NONE;
 };
