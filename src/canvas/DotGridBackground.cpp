@@ -5,7 +5,6 @@
 #include <QSGGeometryNode>
 #include <QSGTransformNode>
 
-#include <algorithm>
 #include <cmath>
 
 namespace tallowby {
@@ -143,7 +142,7 @@ QSGNode *DotGridBackground::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     const double spacing = drawnSpacing(m_zoom);
     node->setColor(m_color);
     node->setLattice({.spacing = spacing * ratio,
-                      .dotSize = std::max(1.0, std::round(kDotSize * m_zoom * ratio)),
+                      .dotSize = std::ceil(kDotSize * m_zoom * ratio),
                       .size = (size() * ratio).toSize(),
                       .pixelRatio = ratio});
     const auto snapped = [ratio, spacing](double origin) {

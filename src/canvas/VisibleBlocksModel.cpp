@@ -25,7 +25,7 @@ int VisibleBlocksModel::rowCount(const QModelIndex &parent) const {
 }
 
 QVariant VisibleBlocksModel::data(const QModelIndex &index, int role) const {
-    if (role != BlockRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (role != BlockRole || !index.isValid()) {
         return {};
     }
     Block *block = m_blocks[std::size_t(index.row())].get();

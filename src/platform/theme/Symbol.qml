@@ -11,6 +11,6 @@ Image {
 
     width: size
     height: size
-    source: "image://theme/symbol/" + name + "/" + color.toString().replace("#", "%23")
+    source: "image://theme/symbol/" + name + "/" + color.toString().slice(1)
     sourceSize: Qt.size(2 * size, 2 * size)
 }

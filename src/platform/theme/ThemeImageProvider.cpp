@@ -127,7 +127,7 @@ QImage ThemeImageProvider::requestImage(const QString &id, QSize *size, const QS
     const QStringList parts = id.split(u'/');
     QImage image;
     if (parts.size() == 3 && parts.at(0) == QLatin1StringView("symbol")) {
-        image = symbolImage(parts.at(1), QColor::fromString(parts.at(2)), requestedSize);
+        image = symbolImage(parts.at(1), QColor::fromString(QString(u'#' + parts.at(2))), requestedSize);
     } else if (parts.size() == 3 && parts.at(0) == QLatin1StringView("shadow")) {
         image = shadowImage(std::clamp(parts.at(1).toInt(), 1, kLargestShadow),
                             std::clamp(parts.at(2).toInt(), 0, kLargestShadow));

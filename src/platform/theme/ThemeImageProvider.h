@@ -7,7 +7,8 @@ class QQmlEngine;
 namespace tallowby {
 
 /// The pictures that the theme makes, for `Image` and `BorderImage`:
-/// - `image://theme/symbol/<name>/<color>`: a symbol by name, tinted; a name without a picture gives a boxed question
+/// - `image://theme/symbol/<name>/<color>`: a symbol by name, tinted with a colour in hex digits; a name without a
+/// picture gives a boxed question
 ///   mark;
 /// - `image://theme/shadow/<blur>/<radius>`: the soft shadow of a rounded surface as a nine-slice picture, black,
 /// opaque

@@ -1,0 +1,148 @@
+#include "blocks/AutoExpandingTextEditor.h"
+#include "blocks/BlockKinds.h"
+#include "blocks/CanvasDriver.h"
+#include "blocks/TextBlockContent.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QClipboard>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMimeData>
+
+namespace tallowby {
+
+namespace {
+
+struct BlockBodies : testing::Test {
+    QSizeF sizeOf(const BlockPtr &block) { return {block->width(), block->height()}; }
+
+    test::CanvasDriver canvas;
+};
+
+TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
+    for (int kind = 0; kind < kBlockTypeCount; ++kind) {
+        const auto type = static_cast<BlockType>(kind);
+        const BlockPtr block = canvas.add(type, {0, 0, 200, 120}, QStringLiteral("content %1").arg(kind));
+        const BlockContainerView *container = canvas.containers().at(block.get());
+        ASSERT_TRUE(container->body()) << kind;
+        EXPECT_EQ(container->body()->kindName(), blockKinds().kind(type).name);
+        EXPECT_EQ(container->accessibleName(), blockKinds().kind(type).name + QStringLiteral(": content %1").arg(kind));
+        EXPECT_NE(container->accessibleRole(), QAccessible::NoRole);
+    }
+    canvas.settle();
+}
+
+TEST_F(BlockBodies, HostileRecordsAreShownWithinBounds) {
+    const QString markup = QStringLiteral("<img src='http://127.0.0.1/x'><b>bold</b>\0\u202e\x1b[31m");
+    for (int kind = 0; kind < kBlockTypeCount; ++kind) {
+        const BlockPtr block = canvas.add(static_cast<BlockType>(kind), {-1e12, -1e300, 1e300, 1e300}, markup);
+        block->setTextColor(QStringLiteral("url(evil)"));
+        block->setFontSize(1e9);
+        block->setContent(QByteArrayLiteral("[[[[not an object"));
+        canvas.model.updateVisibleBlocks({-1e12, -1e300, 800, 600}, 1);
+        canvas.settle();
+        const BlockContainerView *container = canvas.containers().at(block.get());
+        EXPECT_LE(container->width(), 1e5);
+        EXPECT_LE(container->height(), 1e5);
+    }
+    const BlockPtr text = canvas.model.blocks().front();
+    EXPECT_EQ(text->rawTextOrEmpty(), markup);
+}
+
+TEST_F(BlockBodies, ATextTakesUpItsOwnMeasure) {
+    const BlockPtr block = canvas.add(BlockType::text, {0, 0, 300, 200}, QStringLiteral("hi"));
+    EXPECT_EQ(sizeOf(block), QSizeF(100, 24)) << "the smallest there is";
+    EXPECT_EQ(block->xPosition(), 0) << "what was there stays in its place";
+    block->setNeedsSync(false);
+    block->setRawText(QStringLiteral("one line that is a good deal longer than a hundred points"));
+    const QSizeF oneLine = sizeOf(block);
+    EXPECT_GT(oneLine.width(), 200);
+    EXPECT_EQ(oneLine.height(), 24) << "it grows and does not wrap";
+    block->setRawText(block->rawTextOrEmpty() + QStringLiteral("\nand\nmore"));
+    EXPECT_GT(block->height(), 50);
+    EXPECT_FALSE(block->needsSync()) << "measuring is no edit";
+
+    canvas.model.beginEditing(block);
+    canvas.settle();
+    const QSizeF edited = sizeOf(block);
+    canvas.model.endEditing();
+    canvas.settle();
+    EXPECT_NEAR(edited.width(), block->width(), 1.5) << "nothing jumps between editor and display";
+    EXPECT_NEAR(edited.height(), block->height(), 1.5);
+}
+
+TEST_F(BlockBodies, ASpawnedTextStaysCentredOnThePointer) {
+    const QString words = QStringLiteral("words that were there at once and need far more than a hundred points");
+    const BlockPtr block = canvas.model.spawnBlock({0, 0}, BlockType::text, words);
+    EXPECT_GT(block->width(), 200);
+    EXPECT_NEAR(block->xPosition() + block->width() / 2, 0, 0.01);
+    EXPECT_NEAR(block->yPosition() + block->height() / 2, 0, 0.51);
+    const double left = block->xPosition();
+    canvas.type(QStringLiteral(" and what is typed after that grows to the right"));
+    EXPECT_EQ(block->xPosition(), left);
+}
+
+TEST_F(BlockBodies, EditorSizesFollowTheRule) {
+    EXPECT_EQ(AutoExpandingTextEditor::intrinsicSize({0, 0}), QSizeF(80, 20));
+    EXPECT_EQ(AutoExpandingTextEditor::intrinsicSize({100.2, 33.1}), QSizeF(109, 38));
+    EXPECT_EQ(AutoExpandingTextEditor::wrapWidthFor(QString(1'999, u'x') + u'\n' + QString(1'999, u'x')), 0);
+    EXPECT_GT(AutoExpandingTextEditor::wrapWidthFor(QStringLiteral("a\n") + QString(2'001, u'x')), 0);
+    const QFont plain = TextBlockContent::styledDisplayFont(18, false, false);
+    const QFont both = TextBlockContent::styledDisplayFont(18, true, true);
+    EXPECT_FALSE(plain.bold() || plain.italic());
+    EXPECT_TRUE(both.bold() && both.italic());
+    EXPECT_EQ(both.pixelSize(), 18);
+}
+
+TEST_F(BlockBodies, StyleReachesEditorAndDisplay) {
+    const BlockPtr block = canvas.add(BlockType::text, {0, 0, 300, 200}, QStringLiteral("styled"));
+    canvas.model.beginEditing(block);
+    canvas.settle();
+    block->setIsStrikethrough(true);
+    EXPECT_TRUE(canvas.focus()->property("font").value<QFont>().strikeOut());
+    block->setIsStrikethrough(false);
+    block->setTextColor(QStringLiteral("#2F6BEB"));
+    EXPECT_FALSE(canvas.focus()->property("font").value<QFont>().strikeOut());
+    EXPECT_EQ(canvas.focus()->property("color").value<QColor>(), QColor(0x2F6BEB));
+}
+
+TEST_F(BlockBodies, PastingTakesPlainTextOnly) {
+    auto *rich = new QMimeData;
+    rich->setHtml(QStringLiteral("<h1>Big</h1><img src='file:///etc/passwd'>"));
+    rich->setText(QStringLiteral("Big"));
+    QGuiApplication::clipboard()->setMimeData(rich);
+    canvas.type(QStringLiteral("a"));
+    canvas.press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(canvas.texts(), QStringList{QStringLiteral("aBig")});
+}
+
+TEST_F(BlockBodies, AnEnormousPasteIsTakenWhole) {
+    const QString huge(2'000'000, u'x');
+    QGuiApplication::clipboard()->setText(huge);
+    canvas.type(QStringLiteral("a"));
+    canvas.press(Qt::Key_V, Qt::ControlModifier);
+    canvas.type(QStringLiteral("b"));
+    const BlockPtr block = canvas.model.blocks().front();
+    EXPECT_EQ(block->rawTextOrEmpty().size(), huge.size() + 2);
+    EXPECT_LT(block->width(), 10'000);
+    canvas.press(Qt::Key_Escape);
+    canvas.settle();
+    EXPECT_LT(canvas.containers().at(block.get())->body()->property("displayText").toString().size(), 30'000);
+}
+
+TEST_F(BlockBodies, AHiddenWindowDoesNotBlink) {
+    canvas.type(QStringLiteral("a"));
+    ASSERT_TRUE(canvas.focus()->property("cursorVisible").toBool());
+    canvas.window.hide();
+    canvas.settle();
+    const auto carets = canvas.view->findChildren<QObject *>();
+    for (const QObject *object : carets) {
+        EXPECT_FALSE(object->property("isBlinking").toBool());
+    }
+}
+
+} // namespace
+
+} // namespace tallowby

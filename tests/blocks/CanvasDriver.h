@@ -1,0 +1,60 @@
+#pragma once
+
+#include "blocks/CanvasFactory.h"
+#include "canvas/BlockContainerView.h"
+#include "storage/BlockStorage.h"
+#include "storage/DebouncedSaver.h"
+#include "support/LogCapture.h"
+#include "support/VirtualScheduler.h"
+
+#include <QInputMethodEvent>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+#include <map>
+
+namespace tallowby::test {
+
+/// A canvas in a window of 800 × 600 points, and a person in front of it. The canvas origin is at (400, 300).
+class CanvasDriver {
+public:
+    CanvasDriver();
+    ~CanvasDriver();
+    CanvasDriver(const CanvasDriver &) = delete;
+    CanvasDriver &operator=(const CanvasDriver &) = delete;
+
+    /// Puts a block of the kind on the canvas, as if it had been in the file.
+    BlockPtr add(BlockType type, const QRectF &frame, const QString &text = {});
+
+    void pointAt(QPointF position);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString &text = {});
+    /// One key press for each character, without a turn of the event loop between them.
+    void type(const QString &text);
+    void click(QPointF position, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void drag(QPointF from, QPointF to, Qt::MouseButton button = Qt::LeftButton);
+    void wheel(QPointF position, QPoint angle, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void pinch(QPointF position, double magnification);
+    /// What an input method does: sends to whatever holds the focus, and returns before anything else runs.
+    void compose(const QString &preedit, const QString &commit = {});
+    void settle();
+
+    /// The item that holds the keyboard.
+    [[nodiscard]] QQuickItem *focus() const { return window.activeFocusItem(); }
+    [[nodiscard]] bool isEditorFocused() const;
+    [[nodiscard]] QString editorText() const;
+    [[nodiscard]] std::map<const Block *, BlockContainerView *> containers() const;
+    /// The texts of all live blocks in paint order.
+    [[nodiscard]] QStringList texts() const;
+
+    LogCapture log;
+    VirtualScheduler scheduler;
+    BlockStorage storage{scheduler, std::nullopt};
+    DebouncedSaver saver{scheduler, storage};
+    NotificationCenter notifications;
+    CanvasViewModel model{storage, saver, notifications, scheduler};
+    QQmlEngine engine;
+    QQuickWindow window;
+    std::unique_ptr<InfiniteCanvasView> view;
+};
+
+} // namespace tallowby::test
