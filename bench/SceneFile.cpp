@@ -22,6 +22,7 @@ constexpr double kColumnWidth = 300 + kGap;
 constexpr double kRowHeight = 200 + kGap;
 constexpr int kTextLength = 40;
 constexpr int kHeavyItems = 5;
+constexpr int kHeavyTextLength = 52;
 /// 2025-01-29, so that equal seeds give equal files.
 constexpr double kFirstDay = 760'000'000;
 
@@ -69,7 +70,7 @@ AnyCodable heavyItems(Dice &dice) {
     for (int next = 0; next < kHeavyItems; ++next) {
         AnyCodable::Object item;
         item.set(QStringLiteral("id"), dice.uuid().toString(QUuid::WithoutBraces).toUpper());
-        item.set(QStringLiteral("text"), sentence(dice, kTextLength));
+        item.set(QStringLiteral("text"), sentence(dice, kHeavyTextLength));
         item.set(QStringLiteral("isDone"), dice.below(2) == 0);
         items.emplace_back(std::move(item));
     }

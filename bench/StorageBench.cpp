@@ -99,6 +99,7 @@ std::size_t walk(simdjson::ondemand::value value) {
 
 void simdjsonWalk(benchmark::State &state) {
     const std::string path = files().path(blockCount(state)).toStdString();
+    state.counters["bytesPerRecord"] = double(QFile(QString::fromStdString(path)).size()) / double(blockCount(state));
     for (auto _ : state) {
         simdjson::ondemand::parser parser;
         const simdjson::padded_string bytes = simdjson::padded_string::load(path);

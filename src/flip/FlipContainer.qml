@@ -12,6 +12,7 @@ Item {
         id: backdropView
 
         anchors.fill: parent
+        shade: sceneView.usesShaders ? sceneView.shadowOpacity : 0
     }
 
     FlipScene {

@@ -61,6 +61,13 @@ private:
 
 } // namespace
 
+AnyCodable::Object::Object() = default;
+AnyCodable::Object::Object(const Object &other) = default;
+AnyCodable::Object::Object(Object &&other) noexcept = default;
+AnyCodable::Object &AnyCodable::Object::operator=(const Object &other) = default;
+AnyCodable::Object &AnyCodable::Object::operator=(Object &&other) noexcept = default;
+AnyCodable::Object::~Object() = default;
+
 AnyCodable::Object::Object(std::vector<Member> members)
     : m_members(std::move(members)) {
     std::vector<std::size_t> places(m_members.size());

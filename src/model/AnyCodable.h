@@ -22,9 +22,15 @@ public:
     /// String keys to values, in the order in which they were first set.
     class Object {
     public:
-        Object() = default;
+        Object();
         /// Of members with the same key the last one counts.
         explicit Object(std::vector<Member> members);
+        // Where Member is complete.
+        Object(const Object &other);
+        Object(Object &&other) noexcept;
+        Object &operator=(const Object &other);
+        Object &operator=(Object &&other) noexcept;
+        ~Object();
         void set(const QString &key, AnyCodable value);
         [[nodiscard]] const std::vector<Member> &members() const { return m_members; }
 

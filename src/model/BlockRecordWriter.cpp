@@ -60,7 +60,8 @@ private:
         return m_timestamps.append(timestamp, m_timestampText) && raw(m_timestampText, rapidjson::kNumberType);
     }
     bool value(const auto &elements) {
-        return writer.StartArray() && std::ranges::all_of(elements, [this](const auto &each) { return value(each); }) &&
+        return writer.StartArray() &&
+               std::ranges::all_of(elements, [this](const auto &each) { return this->value(each); }) &&
                writer.EndArray();
     }
 

@@ -4,6 +4,7 @@
 #include "platform/desktop/Displays.h"
 
 #include <QObject>
+#include <QtQmlIntegration>
 
 #include <cstdint>
 #include <optional>
@@ -16,6 +17,7 @@ class NotificationCenter;
 /// once, also when the value stays the same; a write of either half of the hot key posts `tallowbyHotkeyChanged`.
 class AppSettings : public QObject {
     Q_OBJECT
+    QML_ANONYMOUS
     Q_PROPERTY(quint32 hotkeyKeyCode READ hotkeyKeyCode WRITE setHotkeyKeyCode NOTIFY hotkeyKeyCodeChanged)
     Q_PROPERTY(quint32 hotkeyModifiers READ hotkeyModifiers WRITE setHotkeyModifiers NOTIFY hotkeyModifiersChanged)
 

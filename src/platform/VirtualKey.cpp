@@ -118,13 +118,9 @@ std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key qtKey) {
     return key ? std::optional(key->virtualKey) : std::nullopt;
 }
 
-std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event) {
-    if (event.nativeScanCode() > kXKeycodeOffset) {
-        if (const auto keyCode = virtualKeyFromEvdev(event.nativeScanCode() - kXKeycodeOffset)) {
-            return keyCode;
-        }
-    }
-    return virtualKeyFromQtKey(static_cast<Qt::Key>(event.key()));
+std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event) {
+    const std::uint32_t scanCode = event.nativeScanCode();
+    return scanCode > kXKeycodeOffset ? virtualKeyFromEvdev(scanCode - kXKeycodeOffset) : std::nullopt;
 }
 
 std::uint32_t carbonModifierFlags(Qt::KeyboardModifiers modifiers) {

@@ -38,8 +38,8 @@ inline constexpr std::uint32_t controlKey = 0x1000;
 /// The key that Qt names at this place of a US keyboard; for events that carry no physical code.
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key key);
 
-/// The virtual key code of a pressed key: by its physical place where the event carries one, else by its name.
-[[nodiscard]] std::optional<std::uint32_t> virtualKeyOf(const QKeyEvent &event);
+/// The virtual key code of the place on the keyboard that was pressed. None for an event that carries no place.
+[[nodiscard]] std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event);
 
 /// Command is Super, Option is Alt; every other Qt modifier is dropped.
 [[nodiscard]] std::uint32_t carbonModifierFlags(Qt::KeyboardModifiers modifiers);

@@ -182,6 +182,9 @@ TEST(BlockRecord, EveryCutAndFlippedByteIsReadOrRefusedButNeverWorse) {
     const QByteArray sound = '[' + kRequired + R"(,"content":{"a":["b\n",{"c":[1.5,true,null]}]},"tags":["d"]}])";
     for (qsizetype end = 0; end < sound.size(); ++end) {
         EXPECT_TRUE(refusal(sound.left(end))) << end;
+        const bool isSound = end == 1 || end == sound.size() - 1;
+        EXPECT_EQ(refusal(sound.left(end) + ']').has_value(), !isSound) << end;
+        EXPECT_FALSE(AnyCodable::fromJson(sound.left(end))) << end;
     }
     for (qsizetype place = 0; place < sound.size(); ++place) {
         for (const char byte : {'"', '{', '}', '[', ']', ',', ':', '\\', '\0', '\xff', '9', ' '}) {

@@ -6,7 +6,7 @@ BackdropView {
 
     Rectangle {
         anchors.fill: parent
-        color: backdrop.veilColor
+        color: backdrop.shadedVeil
         visible: !backdrop.hasCapture
     }
 
@@ -21,8 +21,10 @@ BackdropView {
 
         BlurredPicture {
             image: backdrop.capture
+            imageSize: backdrop.captureSize
             veilColor: backdrop.veilColor
             veilStrength: backdrop.veilStrength
+            shade: backdrop.shade
         }
     }
 
@@ -34,7 +36,7 @@ BackdropView {
 
             Rectangle {
                 anchors.fill: parent
-                color: backdrop.veilColor
+                color: backdrop.shadedVeil
                 opacity: backdrop.veilStrength
             }
         }

@@ -1,8 +1,7 @@
 #include "flip/scene/BackdropView.h"
 
 #include "flip/scene/HexColor.h"
-
-#include <QQuickWindow>
+#include "flip/scene/SceneGraph.h"
 
 namespace tallowby {
 
@@ -15,12 +14,24 @@ void BackdropView::setCapture(const QImage &capture) {
 }
 
 bool BackdropView::usesShaders() {
-    return QQuickWindow::sceneGraphBackend() != QLatin1StringView("software");
+    return sceneGraphHasShaders();
 }
 
 QColor BackdropView::veilColor() {
     static const QColor color = colorFromHex(u"F4F3EF");
     return color;
+}
+
+void BackdropView::setShade(qreal shade) {
+    if (std::exchange(m_shade, shade) != shade) {
+        Q_EMIT shadeChanged();
+    }
+}
+
+QColor BackdropView::shadedVeil() const {
+    const QColor veil = veilColor();
+    const auto light = float(1 - m_shade);
+    return QColor::fromRgbF(veil.redF() * light, veil.greenF() * light, veil.blueF() * light);
 }
 
 } // namespace tallowby

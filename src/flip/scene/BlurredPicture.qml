@@ -7,16 +7,16 @@ Item {
     id: blurred
 
     required property var image
+    required property size imageSize
     required property color veilColor
     required property real veilStrength
-
-    readonly property size step: Qt.size(1 / Math.max(1, small.width), 1 / Math.max(1, small.height))
+    required property real shade
 
     Picture {
         id: small
 
-        width: image.width
-        height: image.height
+        width: blurred.imageSize.width
+        height: blurred.imageSize.height
         image: blurred.image
         visible: false
     }
@@ -25,7 +25,7 @@ Item {
         id: sharpTexture
 
         sourceItem: small
-        textureSize: Qt.size(small.width, small.height)
+        textureSize: blurred.imageSize
         visible: false
     }
 
@@ -33,7 +33,7 @@ Item {
         id: acrossPass
 
         readonly property var source: sharpTexture
-        readonly property vector2d stride: Qt.vector2d(blurred.step.width, 0)
+        readonly property vector2d stride: Qt.vector2d(1 / width, 0)
         readonly property color veil: "transparent"
         readonly property real saturation: 1
 
@@ -47,7 +47,7 @@ Item {
         id: acrossTexture
 
         sourceItem: acrossPass
-        textureSize: sharpTexture.textureSize
+        textureSize: blurred.imageSize
         visible: false
     }
 
@@ -55,7 +55,7 @@ Item {
         id: downPass
 
         readonly property var source: acrossTexture
-        readonly property vector2d stride: Qt.vector2d(0, blurred.step.height)
+        readonly property vector2d stride: Qt.vector2d(0, 1 / height)
         readonly property color veil: Qt.alpha(blurred.veilColor, blurred.veilStrength)
         readonly property real saturation: 1.5
 
@@ -69,15 +69,17 @@ Item {
         id: downTexture
 
         sourceItem: downPass
-        textureSize: sharpTexture.textureSize
+        textureSize: blurred.imageSize
         smooth: true
         visible: false
     }
 
     ShaderEffect {
         readonly property var source: downTexture
+        readonly property real shade: blurred.shade
 
         anchors.fill: parent
+        fragmentShader: "shaders/backdrop.frag.qsb"
         blending: false
     }
 }

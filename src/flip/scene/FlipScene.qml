@@ -1,14 +1,13 @@
 import QtQuick
 import Tallowby.Flip
 
-// The card. What moves is set on these items directly by the scene, once a frame; nothing here is evaluated in a turn.
+// The card. What moves is set by the scene, once a frame.
 FlipSceneView {
     id: scene
 
     frontFace: front
     backFace: back
     backPicture: canvasPicture
-    shadow: shade
 
     Item {
         id: front
@@ -42,6 +41,30 @@ FlipSceneView {
         }
     }
 
+    // Shown beside the view, so that the picture is taken with the first frame of a turn, before its clock starts, and
+    // not half way round when the back face comes to be seen.
+    ShaderEffectSource {
+        id: canvasPicture
+
+        parent: scene.usesShaders ? scene : back
+        x: scene.usesShaders ? -width : 0
+        width: scene.usesShaders ? 1 : back.width
+        height: scene.usesShaders ? 1 : back.height
+        sourceItem: scene.showsImage ? snapshot : scene.pictureSource
+        sourceRect: scene.pictureRect
+        live: scene.showsImage
+        smooth: true
+    }
+
+    Picture {
+        id: snapshot
+
+        width: scene.width
+        height: scene.height
+        image: scene.backImage
+        visible: false
+    }
+
     Item {
         id: back
 
@@ -49,33 +72,30 @@ FlipSceneView {
 
         Rectangle {
             anchors.fill: parent
+            z: -1
             color: scene.creamColor
-            antialiasing: true
+            visible: !cardFace.visible
         }
 
-        ShaderEffectSource {
-            id: canvasPicture
+        ShaderEffect {
+            id: cardFace
+
+            readonly property var source: canvasPicture
+            readonly property color ground: scene.creamColor
+            readonly property real shade: scene.shadowOpacity
 
             anchors.fill: parent
-            sourceItem: scene.pictureSource
-            sourceRect: scene.pictureRect
-            live: false
-            smooth: true
-            antialiasing: true
-            visible: sourceItem !== null
-        }
-
-        Picture {
-            anchors.fill: parent
-            image: scene.backImage
+            fragmentShader: scene.usesShaders ? "shaders/card.frag.qsb" : ""
+            blending: scene.crossFades
+            visible: scene.usesShaders && canvasPicture.sourceItem !== null
         }
     }
 
+    // With shaders, card and backdrop darken themselves: one pass over the whole view less in every frame.
     Rectangle {
-        id: shade
-
         anchors.fill: parent
         color: "black"
-        opacity: 0
+        opacity: scene.shadowOpacity
+        visible: !scene.usesShaders
     }
 }

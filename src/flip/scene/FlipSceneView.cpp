@@ -2,6 +2,7 @@
 
 #include "flip/scene/HexColor.h"
 #include "flip/scene/Picture.h"
+#include "flip/scene/SceneGraph.h"
 #include "platform/Log.h"
 
 #include <QQuickWindow>
@@ -28,6 +29,10 @@ FlipSceneView::FlipSceneView(QQuickItem *parent)
     : QQuickItem(parent)
     , m_spring(kSpringMass, kSpringStiffness, kSpringDamping)
     , m_shadowPulse({std::begin(kShadowPulse), std::end(kShadowPulse)}) {}
+
+bool FlipSceneView::usesShaders() {
+    return sceneGraphHasShaders();
+}
 
 QColor FlipSceneView::creamColor() {
     static const QColor color = colorFromHex(u"F9F8F2");
@@ -192,9 +197,7 @@ void FlipSceneView::showTurn(Scheduler::Duration elapsed) {
         const double from = m_isOpen ? kOpenAngle : 0;
         const double to = m_isOpen ? 0 : kOpenAngle;
         showRotation(progress < 1 ? std::lerp(from, to, m_spring.value(elapsed)) : to);
-        if (m_shadow) {
-            m_shadow->setOpacity(m_shadowPulse.value(progress));
-        }
+        setShadowOpacity(m_shadowPulse.value(progress));
     }
     // The back is not seen again in a turn back: its picture goes while there still are frames that free it.
     if (m_isOpen && m_backFace && !m_backFace->isVisible()) {
@@ -204,9 +207,7 @@ void FlipSceneView::showTurn(Scheduler::Duration elapsed) {
 
 void FlipSceneView::showRest() {
     showRotation(m_isOpen ? kOpenAngle : 0);
-    if (m_shadow) {
-        m_shadow->setOpacity(0);
-    }
+    setShadowOpacity(0);
 }
 
 void FlipSceneView::showRotation(double angle) {
@@ -232,6 +233,12 @@ void FlipSceneView::showCrossFade(double backOpacity) {
     if (m_backFace) {
         m_backFace->setVisible(backOpacity > 0);
         m_backFace->setOpacity(backOpacity);
+    }
+}
+
+void FlipSceneView::setShadowOpacity(qreal opacity) {
+    if (std::exchange(m_shadowOpacity, opacity) != opacity) {
+        Q_EMIT shadowOpacityChanged();
     }
 }
 

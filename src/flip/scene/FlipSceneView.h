@@ -33,11 +33,16 @@ class FlipSceneView : public QQuickItem {
     Q_PROPERTY(QQuickItem *backFace READ backFace WRITE setBackFace NOTIFY facesChanged FINAL)
     /// A ShaderEffectSource that is not live; the scene tells it when to take the picture.
     Q_PROPERTY(QQuickItem *backPicture MEMBER m_backPicture NOTIFY facesChanged FINAL)
-    Q_PROPERTY(QQuickItem *shadow MEMBER m_shadow NOTIFY facesChanged FINAL)
+    /// How dark the layer over the whole view is, 0 … 1.
+    Q_PROPERTY(qreal shadowOpacity READ shadowOpacity NOTIFY shadowOpacityChanged FINAL)
     /// What the picture is taken of; null while none is needed, so that no full-screen texture is kept.
     Q_PROPERTY(QQuickItem *pictureSource READ pictureSource NOTIFY pictureChanged FINAL)
     Q_PROPERTY(QRectF pictureRect READ pictureRect NOTIFY pictureChanged FINAL)
     Q_PROPERTY(QImage backImage READ backImage NOTIFY pictureChanged FINAL)
+    Q_PROPERTY(bool showsImage READ showsImage NOTIFY pictureChanged FINAL)
+    /// The back face is seen through while a turn is shown as a cross-fade.
+    Q_PROPERTY(bool crossFades READ crossFades NOTIFY isAnimatingChanged FINAL)
+    Q_PROPERTY(bool usesShaders READ usesShaders CONSTANT FINAL)
     Q_PROPERTY(QColor creamColor READ creamColor CONSTANT FINAL)
     Q_PROPERTY(QColor inkColor READ inkColor CONSTANT FINAL)
 
@@ -61,6 +66,10 @@ public:
     [[nodiscard]] QQuickItem *pictureSource() const { return m_pictureSource; }
     [[nodiscard]] QRectF pictureRect() const { return m_pictureRect; }
     [[nodiscard]] QImage backImage() const { return m_backImage; }
+    [[nodiscard]] bool crossFades() const { return m_turn && m_turn->style == TurnStyle::crossFade; }
+    [[nodiscard]] static bool usesShaders();
+    [[nodiscard]] qreal shadowOpacity() const { return m_shadowOpacity; }
+    [[nodiscard]] bool showsImage() const { return !m_backImage.isNull(); }
     /// The back face's ground.
     [[nodiscard]] static QColor creamColor();
     [[nodiscard]] static QColor inkColor();
@@ -89,6 +98,7 @@ Q_SIGNALS:
     void isAnimatingChanged();
     void facesChanged();
     void pictureChanged();
+    void shadowOpacityChanged();
 
 protected:
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
@@ -110,6 +120,7 @@ private:
     void showRest();
     void showRotation(double angle);
     void showCrossFade(double backOpacity);
+    void setShadowOpacity(qreal opacity);
     void armFrameWatch(Scheduler::Duration delay);
     void checkFrames();
     void endTurn();
@@ -125,12 +136,12 @@ private:
     QPointer<QQuickItem> m_frontFace;
     QPointer<QQuickItem> m_backFace;
     QQuickItem *m_backPicture = nullptr;
-    QQuickItem *m_shadow = nullptr;
     QPointer<QQuickItem> m_backView;
     QPointer<QQuickItem> m_pictureSource;
     QRectF m_pictureRect;
     QImage m_backImage;
     bool m_hasBackView = false;
+    qreal m_shadowOpacity = 0;
     bool m_isOpen = false;
     std::function<void()> m_completionBlock;
     std::optional<Turn> m_turn;

@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Tallowby.Platform
+
+/// A quiet button with an outline.
+AbstractButton {
+    id: button
+
+    implicitWidth: label.implicitWidth + 24
+    implicitHeight: 32
+    focusPolicy: Qt.TabFocus
+    hoverEnabled: true
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+
+    background: Rectangle {
+        radius: Theme.radiusControl
+        color: button.down || button.hovered ? Theme.hoverWash : "transparent"
+        border.width: button.visualFocus ? 2 : 1
+        border.color: button.visualFocus ? Theme.accent : Theme.hairline
+    }
+
+    contentItem: Text {
+        id: label
+
+        text: button.text
+        color: Theme.ink
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        font.family: Theme.uiFamily
+        font.pixelSize: Theme.bodySize
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import Tallowby.Platform
+
+/// The field in which the hot key is shown and recorded.
+HotkeyRecorderViewBase {
+    id: recorder
+
+    implicitHeight: column.implicitHeight
+    Accessible.role: Accessible.Button
+    Accessible.name: qsTr("Hot key: %1").arg(recorder.combination)
+    Accessible.description: recorder.isRecording ? qsTr("Press a key combo…") : qsTr("Click to record another one")
+    Accessible.onPressAction: recorder.toggleRecording()
+
+    Column {
+        id: column
+
+        width: parent.width
+        spacing: 6
+
+        Rectangle {
+            width: parent.width
+            height: 36
+            radius: Theme.radiusControl
+            color: pointer.hovered ? Theme.hoverWash : "transparent"
+            border.width: recorder.isRecording ? 1.5 : 1
+            border.color: recorder.isRecording ? Theme.danger : Theme.hairline
+
+            Rectangle {
+                id: recordingMark
+
+                visible: recorder.isRecording
+                x: 12
+                anchors.verticalCenter: parent.verticalCenter
+                width: 6
+                height: 6
+                radius: 3
+                color: Theme.danger
+            }
+
+            Text {
+                anchors.left: recorder.isRecording ? recordingMark.right : parent.left
+                anchors.leftMargin: recorder.isRecording ? 8 : 12
+                anchors.verticalCenter: parent.verticalCenter
+                text: recorder.isRecording ? qsTr("Press a key combo…") : recorder.combination
+                color: recorder.isRecording ? Theme.inkSoft : Theme.ink
+                font.family: recorder.isRecording ? Theme.codeFamily : Theme.uiFamily
+                font.pixelSize: 13
+                font.weight: Font.Medium
+            }
+
+            HoverHandler {
+                id: pointer
+
+                cursorShape: Qt.PointingHandCursor
+            }
+
+            TapHandler {
+                onTapped: recorder.toggleRecording()
+            }
+        }
+
+        Text {
+            visible: text.length > 0
+            width: parent.width
+            text: recorder.errorMessage
+            color: Theme.danger
+            wrapMode: Text.Wrap
+            font.family: Theme.uiFamily
+            font.pixelSize: 11
+        }
+
+        Text {
+            visible: recorder.isRecording
+            text: qsTr("Esc to cancel")
+            color: Theme.inkSoft
+            font.family: Theme.uiFamily
+            font.pixelSize: 11
+        }
+    }
+}
