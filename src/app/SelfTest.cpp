@@ -6,6 +6,7 @@
 #include <QDirIterator>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 #include <atomic>
@@ -27,6 +28,10 @@ void countWarnings(QtMsgType type, const QMessageLogContext &, const QString &me
 } // namespace
 
 int runSelfTest(int argc, char **argv) {
+    const QTemporaryDir home;
+    for (const char *folder : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR"}) {
+        qputenv(folder, home.path().toLocal8Bit());
+    }
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     qInstallMessageHandler(countWarnings);

@@ -10,14 +10,7 @@ namespace tallowby {
 
 namespace {
 
-/// X11 key codes are those of evdev plus this.
-constexpr quint32 kX11KeyCodeOffset = 8;
 constexpr int kLastAsciiKey = 0x7f;
-
-std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event) {
-    const quint32 scanCode = event.nativeScanCode();
-    return scanCode > kX11KeyCodeOffset ? virtualKeyFromEvdev(scanCode - kX11KeyCodeOffset) : std::nullopt;
-}
 
 } // namespace
 

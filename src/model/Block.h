@@ -9,6 +9,7 @@
 #include <QSharedData>
 #include <QStringList>
 #include <QUuid>
+#include <QtQmlIntegration>
 
 #include <cstdint>
 #include <memory>

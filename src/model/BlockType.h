@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QtQmlIntegration>
 
 #include <optional>
 
@@ -11,8 +10,6 @@ namespace tallowby {
 /// The thirteen kinds of blocks. The order is used nowhere outside the process.
 class BlockTypes {
     Q_GADGET
-    QML_NAMED_ELEMENT(BlockType)
-    QML_UNCREATABLE("An enumeration")
 
 public:
     enum class BlockType {

@@ -5,9 +5,11 @@
 
 #include <QFile>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <future>
+#include <iterator>
+#include <string>
 #include <string_view>
 #include <thread>
 
@@ -23,8 +25,11 @@ namespace {
 constexpr std::size_t kWorthSplitting = std::size_t{4} << 20;
 /// How far from the middle a place to split is looked for; a few hundred ordinary records.
 constexpr std::size_t kSplitWindow = std::size_t{256} << 10;
-/// The end of one record and the start of the next, as this program writes them. A payload may hold the same bytes.
-constexpr std::string_view kRecordSeam = R"(},{"id":")";
+/// The end of one record and the start of the next, as this program writes them: what comes before and after the id.
+/// Items in a payload often look like the first part; nothing but malice looks like both.
+constexpr std::string_view kSeamStart = R"(},{"id":")";
+constexpr std::size_t kIdLength = 36;
+constexpr std::string_view kSeamEnd = R"(","user_id":")";
 
 class Descriptor {
 public:
@@ -100,8 +105,13 @@ std::optional<std::size_t> likelySeam(int descriptor, std::size_t size) {
     if (!readRange(descriptor, window, bytes.data())) {
         return std::nullopt;
     }
-    const std::size_t found = bytes.find(kRecordSeam);
-    return found == std::string::npos ? std::nullopt : std::optional(window.begin + found + 1);
+    const std::string_view text = bytes;
+    for (auto found = text.find(kSeamStart); found != text.npos; found = text.find(kSeamStart, found + 1)) {
+        if (text.substr(std::min(found + kSeamStart.size() + kIdLength, text.size())).starts_with(kSeamEnd)) {
+            return window.begin + found + 1;
+        }
+    }
+    return std::nullopt;
 }
 
 /// Both halves at once. When each of "[ … first half ]" and "[second half …" decodes as an array of its own, then the

@@ -1,8 +1,9 @@
 import QtQuick
+import Tallowby.Flip
 import Tallowby.Platform
 
 /// The field in which the hot key is shown and recorded.
-HotkeyRecorderViewBase {
+HotkeyRecorderView {
     id: recorder
 
     implicitHeight: column.implicitHeight

@@ -11,7 +11,7 @@ namespace tallowby {
 /// and to nothing else. The looks are composed on it in HotkeyRecorder.qml.
 class HotkeyRecorderView : public QQuickItem {
     Q_OBJECT
-    QML_NAMED_ELEMENT(HotkeyRecorderViewBase)
+    QML_ELEMENT
     Q_PROPERTY(tallowby::AppSettings *settings READ settings WRITE setSettings NOTIFY settingsChanged REQUIRED)
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY isRecordingChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
