@@ -53,7 +53,7 @@ int main(int argc, char **argv) {
         return parser.isSet(help) ? 0 : 2;
     }
 
-    const tallowby::test::XSession session({.screenSize = kScreenSize, .windowManager = true, .messageBus = true});
+    tallowby::test::XSession session({.screenSize = kScreenSize, .windowManager = true, .messageBus = true});
     if (!session.error().isEmpty()) {
         QTextStream(stderr) << session.error() << Qt::endl;
         return 1;

@@ -16,11 +16,11 @@ Window {
     title: qsTr("Tallowby Settings")
     color: Theme.surface
     width: 480
-    height: column.implicitHeight + 2 * window.outerMargin
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    minimumHeight: column.implicitHeight + 2 * outerMargin
+    maximumHeight: minimumHeight
+    height: minimumHeight
 
     ColumnLayout {
         id: column

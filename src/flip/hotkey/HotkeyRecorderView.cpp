@@ -103,6 +103,7 @@ void HotkeyRecorderView::record(const QKeyEvent &event) {
         setErrorMessage(tr("Shortcut needs at least one modifier key (⌘⌥⌃⇧)"));
         return;
     }
+    setErrorMessage(QString());
     m_settings->setHotkeyKeyCode(*keyCode);
     m_settings->setHotkeyModifiers(modifiers);
     stopRecording();
