@@ -89,8 +89,8 @@ void FlipWindow::showForFlip() {
     }
     fitToContents();
     m_presentation.preparePanel(*this);
+    // A window that is mapped comes up in front of its like.
     show();
-    raise();
     logLine(u"[FlipWindow] 👁️ Shown on main screen");
 }
 

@@ -46,23 +46,13 @@ FlipSceneView {
     ShaderEffectSource {
         id: canvasPicture
 
-        parent: scene.usesShaders ? scene : back
-        x: scene.usesShaders ? -width : 0
-        width: scene.usesShaders ? 1 : back.width
-        height: scene.usesShaders ? 1 : back.height
+        x: -width
+        width: 1
+        height: 1
         sourceItem: scene.showsImage ? snapshot : scene.pictureSource
         sourceRect: scene.pictureRect
         live: scene.showsImage
         smooth: true
-    }
-
-    Picture {
-        id: snapshot
-
-        width: scene.width
-        height: scene.height
-        image: scene.backImage
-        visible: false
     }
 
     Item {
@@ -72,9 +62,16 @@ FlipSceneView {
 
         Rectangle {
             anchors.fill: parent
-            z: -1
             color: scene.creamColor
             visible: !cardFace.visible
+        }
+
+        Picture {
+            id: snapshot
+
+            anchors.fill: parent
+            image: scene.backImage
+            visible: !scene.usesShaders
         }
 
         ShaderEffect {
