@@ -56,16 +56,29 @@ void AutoExpandingTextEditor::componentComplete() {
     showText();
     m_textEdit->setProperty(kCursorPosition, m_text.size());
     connect(m_document, &QTextDocument::contentsChanged, this, &AutoExpandingTextEditor::takeEdit);
-    connect(m_textEdit, SIGNAL(preeditTextChanged()), this, SLOT(updateIsBlank()));
 }
 
 void AutoExpandingTextEditor::setText(const QString &text) {
-    if (m_text == text || isComposing()) {
+    if (m_text == text || !m_preedit.isEmpty()) {
         return;
     }
     adopt(text);
     if (isComponentComplete()) {
         showText();
+    }
+}
+
+void AutoExpandingTextEditor::setFont(const QFont &font) {
+    if (m_font != font) {
+        m_font = font;
+        Q_EMIT fontChanged();
+    }
+}
+
+void AutoExpandingTextEditor::setTextColor(const QColor &color) {
+    if (m_textColor != color) {
+        m_textColor = color;
+        Q_EMIT textColorChanged();
     }
 }
 
@@ -94,15 +107,19 @@ void AutoExpandingTextEditor::adopt(const QString &text) {
 }
 
 void AutoExpandingTextEditor::updateIsBlank() {
-    const bool isBlank = m_text.isEmpty() && !isComposing();
+    const bool isBlank = m_text.isEmpty() && m_preedit.isEmpty();
     if (m_isBlank != isBlank) {
         m_isBlank = isBlank;
         Q_EMIT isBlankChanged();
     }
 }
 
-bool AutoExpandingTextEditor::isComposing() const {
-    return m_textEdit && !m_textEdit->property("preeditText").toString().isEmpty();
+void AutoExpandingTextEditor::setPreedit(const QString &preedit) {
+    if (m_preedit != preedit) {
+        m_preedit = preedit;
+        updateIsBlank();
+        Q_EMIT preeditChanged();
+    }
 }
 
 void AutoExpandingTextEditor::placeCaret(QPointF point) {

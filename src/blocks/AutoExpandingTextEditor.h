@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QColor>
+#include <QFont>
 #include <QPointer>
 #include <QQuickItem>
 
@@ -17,8 +19,12 @@ class AutoExpandingTextEditor : public QQuickItem {
     Q_PROPERTY(QQuickItem *textEdit READ textEdit WRITE setTextEdit NOTIFY textEditChanged REQUIRED)
     /// The owner's text. While an input method composes, a new value does not replace what is in the editor.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
+    Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor NOTIFY textColorChanged)
     /// The size of the laid-out text.
     Q_PROPERTY(QSizeF usedSize MEMBER m_usedSize NOTIFY usedSizeChanged)
+    /// What an input method is composing and has not put into the text yet.
+    Q_PROPERTY(QString preedit READ preedit WRITE setPreedit NOTIFY preeditChanged)
     /// No text and nothing being composed.
     Q_PROPERTY(bool isBlank READ isBlank NOTIFY isBlankChanged)
     /// The width at which a text with an extremely long line is broken; 0 while every line has its own width.
@@ -36,7 +42,13 @@ public:
     void setTextEdit(QQuickItem *textEdit);
     [[nodiscard]] const QString &text() const { return m_text; }
     void setText(const QString &text);
+    [[nodiscard]] QFont font() const { return m_font; }
+    void setFont(const QFont &font);
+    [[nodiscard]] QColor textColor() const { return m_textColor; }
+    void setTextColor(const QColor &color);
     [[nodiscard]] QSizeF usedSize() const { return m_usedSize; }
+    [[nodiscard]] const QString &preedit() const { return m_preedit; }
+    void setPreedit(const QString &preedit);
     [[nodiscard]] bool isBlank() const { return m_isBlank; }
     [[nodiscard]] qreal wrapWidth() const { return m_wrapWidth; }
 
@@ -53,7 +65,10 @@ public:
 Q_SIGNALS:
     void textEditChanged();
     void textChanged();
+    void fontChanged();
+    void textColorChanged();
     void usedSizeChanged();
+    void preeditChanged();
     void isBlankChanged();
     void wrapWidthChanged();
     /// The user ends editing from the keyboard.
@@ -63,7 +78,6 @@ protected:
     void componentComplete() override;
 
 private:
-    [[nodiscard]] bool isComposing() const;
     [[nodiscard]] bool handleKey(const QKeyEvent &event);
     void showText();
     void takeEdit();
@@ -73,6 +87,9 @@ private:
     QPointer<QQuickItem> m_textEdit;
     QTextDocument *m_document = nullptr;
     QString m_text;
+    QString m_preedit;
+    QFont m_font;
+    QColor m_textColor;
     QSizeF m_usedSize;
     bool m_isBlank = true;
     qreal m_wrapWidth = 0;

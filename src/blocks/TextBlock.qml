@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Tallowby.Blocks
 import Tallowby.Platform
@@ -7,7 +5,6 @@ import Tallowby.Platform
 TextBlockContent {
     id: content
 
-    editor: opened.item
     displaySize: Qt.size(display.contentWidth, display.contentHeight)
 
     // Also the placeholder of an editor that holds nothing yet.
@@ -23,19 +20,5 @@ TextBlockContent {
         font: content.displayFont
         text: content.isEmpty ? qsTr("Type here...") : content.displayText
         textFormat: Text.PlainText
-    }
-
-    Loader {
-        id: opened
-
-        anchors.fill: parent
-        active: content.isEditing
-        sourceComponent: Component {
-            TextEditor {
-                font: content.displayFont
-                textColor: content.textColor
-                text: content.block.rawText
-            }
-        }
     }
 }

@@ -2,6 +2,9 @@
 
 #include "platform/theme/Theme.h"
 
+#include <QQmlComponent>
+#include <QQmlEngine>
+
 #include <algorithm>
 #include <cmath>
 
@@ -12,6 +15,7 @@ namespace {
 /// A record from elsewhere may claim any size.
 constexpr double kSmallestFont = 1;
 constexpr double kLargestFont = 400;
+const QUrl kEditorFile(QStringLiteral("qrc:/qt/qml/Tallowby/Blocks/TextEditor.qml"));
 constexpr QChar kEllipsis = u'\u2026';
 
 } // namespace
@@ -27,22 +31,59 @@ void TextBlockContent::componentComplete() {
     connect(&Theme::shared(), &Theme::changed, this, &TextBlockContent::textColorChanged);
 }
 
-void TextBlockContent::setEditorObject(QObject *object) {
-    auto *editor = qobject_cast<AutoExpandingTextEditor *>(object);
-    if (m_editor == editor) {
-        return;
+void TextBlockContent::setIsEditing(bool isEditing) {
+    if (isEditing && !m_editor) {
+        openEditor();
+    } else if (!isEditing && m_editor) {
+        closeEditor();
     }
-    m_editor = editor;
-    if (m_editor) {
-        connect(m_editor, &AutoExpandingTextEditor::textChanged, this,
-                [this] { viewModel().setText(*block(), m_editor->text()); });
-        connect(m_editor, &AutoExpandingTextEditor::usedSizeChanged, this, &TextBlockContent::measure);
-        connect(m_editor, &AutoExpandingTextEditor::isBlankChanged, this, &TextBlockContent::isDisplayShownChanged);
-        connect(m_editor, &AutoExpandingTextEditor::committed, this, [this] { viewModel().endEditing(); });
-    }
+    BlockBody::setIsEditing(isEditing);
     measure();
-    Q_EMIT editorChanged();
     Q_EMIT isDisplayShownChanged();
+}
+
+void TextBlockContent::openEditor() {
+    QQmlComponent component(qmlEngine(this), kEditorFile);
+    QObject *object = component.beginCreate(qmlContext(this));
+    m_editor = qobject_cast<AutoExpandingTextEditor *>(object);
+    if (!m_editor) {
+        qFatal("The text editor could not be made: %s", qUtf8Printable(component.errorString()));
+    }
+    m_editor->setParent(this);
+    m_editor->setParentItem(this);
+    m_editor->setSize(size());
+    m_editor->setText(block()->rawTextOrEmpty());
+    dressEditor();
+    component.completeCreate();
+
+    connect(block(), &Block::rawTextChanged, m_editor, [this] { m_editor->setText(block()->rawTextOrEmpty()); });
+    connect(this, &TextBlockContent::displayFontChanged, m_editor, [this] { dressEditor(); });
+    connect(this, &TextBlockContent::textColorChanged, m_editor, [this] { dressEditor(); });
+    connect(m_editor, &AutoExpandingTextEditor::textChanged, this,
+            [this] { viewModel().setText(*block(), m_editor->text()); });
+    connect(m_editor, &AutoExpandingTextEditor::usedSizeChanged, this, &TextBlockContent::measure);
+    connect(m_editor, &AutoExpandingTextEditor::isBlankChanged, this, &TextBlockContent::isDisplayShownChanged);
+    connect(m_editor, &AutoExpandingTextEditor::committed, this, [this] { viewModel().endEditing(); });
+}
+
+void TextBlockContent::closeEditor() {
+    // It may be in the middle of the key press that closes it.
+    m_editor->disconnect(this);
+    m_editor->setVisible(false);
+    m_editor->deleteLater();
+    m_editor = nullptr;
+}
+
+void TextBlockContent::dressEditor() {
+    m_editor->setFont(displayFont());
+    m_editor->setTextColor(textColor());
+}
+
+void TextBlockContent::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
+    BlockBody::geometryChange(newGeometry, oldGeometry);
+    if (m_editor) {
+        m_editor->setSize(newGeometry.size());
+    }
 }
 
 void TextBlockContent::setDisplaySize(QSizeF size) {

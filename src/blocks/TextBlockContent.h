@@ -5,7 +5,6 @@
 
 #include <QColor>
 #include <QFont>
-#include <QPointer>
 
 namespace tallowby {
 
@@ -14,8 +13,6 @@ namespace tallowby {
 class TextBlockContent : public BlockBody {
     Q_OBJECT
     QML_ELEMENT
-    /// The editor, while the body is edited.
-    Q_PROPERTY(QObject *editor READ editorObject WRITE setEditorObject NOTIFY editorChanged)
     /// The size of the text as it is laid out at rest.
     Q_PROPERTY(QSizeF displaySize READ displaySize WRITE setDisplaySize NOTIFY displaySizeChanged)
     /// Whether the text at rest is shown, or the placeholder in its place: not below an editor that holds any text.
@@ -35,8 +32,6 @@ public:
 
     using BlockBody::BlockBody;
 
-    [[nodiscard]] QObject *editorObject() const { return m_editor; }
-    void setEditorObject(QObject *editor);
     [[nodiscard]] QSizeF displaySize() const { return m_displaySize; }
     void setDisplaySize(QSizeF size);
     [[nodiscard]] bool isDisplayShown() const { return !m_editor || m_editor->isBlank(); }
@@ -49,11 +44,11 @@ public:
     /// The face of text blocks in a size and style.
     [[nodiscard]] static QFont styledDisplayFont(double size, bool isBold, bool isItalic);
 
+    void setIsEditing(bool isEditing) override;
     [[nodiscard]] QQuickItem *inputItem() const override;
     void placeCaret(QPointF point) override;
 
 Q_SIGNALS:
-    void editorChanged();
     void displaySizeChanged();
     void isDisplayShownChanged();
     void displayTextChanged();
@@ -62,11 +57,16 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:
+    void openEditor();
+    void closeEditor();
+    void dressEditor();
     void measure();
 
-    QPointer<AutoExpandingTextEditor> m_editor;
+    /// Only while the body is edited; owned as a child.
+    AutoExpandingTextEditor *m_editor = nullptr;
     QSizeF m_displaySize;
 };
 

@@ -5,11 +5,9 @@ import Tallowby.Platform
 AutoExpandingTextEditor {
     id: editor
 
-    property alias font: edit.font
-    property alias textColor: edit.color
-
     textEdit: edit
     usedSize: Qt.size(edit.contentWidth, edit.contentHeight)
+    preedit: edit.preeditText
 
     TextEdit {
         id: edit
@@ -21,6 +19,8 @@ AutoExpandingTextEditor {
         topPadding: 2
         wrapMode: editor.wrapWidth > 0 ? TextEdit.WrapAnywhere : TextEdit.NoWrap
         textFormat: TextEdit.PlainText
+        color: editor.textColor
+        font: editor.font
         selectByMouse: true
         selectionColor: Qt.alpha(Theme.accent, 0.3)
         selectedTextColor: color

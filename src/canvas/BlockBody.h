@@ -30,7 +30,7 @@ public:
     [[nodiscard]] QString kindSymbol() const { return m_kind->symbol; }
 
     [[nodiscard]] bool isEditing() const { return m_isEditing; }
-    void setIsEditing(bool isEditing);
+    virtual void setIsEditing(bool isEditing);
     [[nodiscard]] QSizeF measuredSize() const { return m_measuredSize; }
     void setMeasuredSize(QSizeF size);
 

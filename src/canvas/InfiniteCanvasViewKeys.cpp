@@ -113,8 +113,9 @@ void InfiniteCanvasView::typeAnywhere(const QString &text) {
 }
 
 void InfiniteCanvasView::editorOpened() {
-    if (!m_keepsInputMethod) {
-        editorInput()->forceActiveFocus();
+    QQuickItem *input = editorInput();
+    if (input && !m_keepsInputMethod) {
+        input->forceActiveFocus();
     }
 }
 

@@ -37,11 +37,11 @@ TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
 TEST_F(BlockBodies, HostileRecordsAreShownWithinBounds) {
     const QString markup = QStringLiteral("<img src='http://127.0.0.1/x'><b>bold</b>\0\u202e\x1b[31m");
     for (int kind = 0; kind < kBlockTypeCount; ++kind) {
-        const BlockPtr block = canvas.add(static_cast<BlockType>(kind), {-1e12, -1e300, 1e300, 1e300}, markup);
+        const BlockPtr block = canvas.add(static_cast<BlockType>(kind), {-1e12, -1e12, 1e300, 1e300}, markup);
         block->setTextColor(QStringLiteral("url(evil)"));
         block->setFontSize(1e9);
         block->setContent(QByteArrayLiteral("[[[[not an object"));
-        canvas.model.updateVisibleBlocks({-1e12, -1e300, 800, 600}, 1);
+        canvas.model.updateVisibleBlocks({-1e12, -1e12, 800, 600}, 1);
         canvas.settle();
         const BlockContainerView *container = canvas.containers().at(block.get());
         EXPECT_LE(container->width(), 1e5);
@@ -87,8 +87,9 @@ TEST_F(BlockBodies, ASpawnedTextStaysCentredOnThePointer) {
 TEST_F(BlockBodies, EditorSizesFollowTheRule) {
     EXPECT_EQ(AutoExpandingTextEditor::intrinsicSize({0, 0}), QSizeF(80, 20));
     EXPECT_EQ(AutoExpandingTextEditor::intrinsicSize({100.2, 33.1}), QSizeF(109, 38));
-    EXPECT_EQ(AutoExpandingTextEditor::wrapWidthFor(QString(1'999, u'x') + u'\n' + QString(1'999, u'x')), 0);
-    EXPECT_GT(AutoExpandingTextEditor::wrapWidthFor(QStringLiteral("a\n") + QString(2'001, u'x')), 0);
+    const QString line(1'999, u'x');
+    EXPECT_EQ(AutoExpandingTextEditor::wrapWidthFor(QString(line + u'\n' + line)), 0);
+    EXPECT_GT(AutoExpandingTextEditor::wrapWidthFor(QString(u"a\n" + line + line)), 0);
     const QFont plain = TextBlockContent::styledDisplayFont(18, false, false);
     const QFont both = TextBlockContent::styledDisplayFont(18, true, true);
     EXPECT_FALSE(plain.bold() || plain.italic());
