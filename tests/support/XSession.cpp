@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -19,6 +20,7 @@ namespace {
 XSession *adoptedSession = nullptr;
 
 constexpr int kStartTimeoutMilliseconds = 20'000;
+constexpr int kAskAgainMilliseconds = 20;
 
 // Without key bindings, which would otherwise take Alt+Space; focus as desktops have it.
 constexpr char kOpenboxConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -80,7 +82,15 @@ public:
             xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr), &std::free);
         return reply != nullptr;
     }
-    /// Asks `isReady` now and after each event, until it says yes or the time is over.
+    /// Whether a window manager looks after `window`.
+    [[nodiscard]] bool isManaged(xcb_window_t window) const {
+        const ReplyPtr<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(
+                m_connection, xcb_get_property(m_connection, 0, window, atom("WM_STATE"), XCB_ATOM_ANY, 0, 2), nullptr),
+            &std::free);
+        return reply && reply->value_len > 0;
+    }
+    /// Asks `isReady` now, after each event and every now and then, until it says yes or the time is over.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &isReady) const {
         QElapsedTimer elapsed;
         elapsed.start();
@@ -88,7 +98,8 @@ public:
             xcb_flush(m_connection);
             pollfd readable{xcb_get_file_descriptor(m_connection), POLLIN, 0};
             const int remaining = kStartTimeoutMilliseconds - int(elapsed.elapsed());
-            if (remaining <= 0 || ::poll(&readable, 1, remaining) <= 0 || xcb_connection_has_error(m_connection)) {
+            if (remaining <= 0 || ::poll(&readable, 1, std::min(remaining, kAskAgainMilliseconds)) < 0 ||
+                xcb_connection_has_error(m_connection)) {
                 return false;
             }
             while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
@@ -200,7 +211,18 @@ void XSession::startWindowManager() {
     environment.insert(m_environment);
     m_windowManager =
         ChildProcess({"openbox", "--sm-disable", "--config-file", configuration.fileName().toUtf8()}, environment);
-    const bool isReady = watcher.waitUntil([&] { return watcher.windowManagerCheck() != XCB_WINDOW_NONE; });
+    bool isReady = watcher.waitUntil([&] { return watcher.windowManagerCheck() != XCB_WINDOW_NONE; });
+    // It shows its presence before it listens: what asks to be shown in between is forgotten. So a window asks again
+    // and again until it is looked after.
+    const xcb_window_t probe = xcb_generate_id(watcher.connection());
+    xcb_create_window(watcher.connection(), XCB_COPY_FROM_PARENT, probe, watcher.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &propertyChanges);
+    isReady = isReady && watcher.waitUntil([&] {
+        xcb_map_window(watcher.connection(), probe);
+        return watcher.isManaged(probe);
+    });
+    xcb_unmap_window(watcher.connection(), probe);
+    isReady = isReady && watcher.waitUntil([&] { return !watcher.isManaged(probe); });
     if (!isReady) {
         fail(QStringLiteral("openbox did not start"));
     }
