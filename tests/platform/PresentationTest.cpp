@@ -44,11 +44,9 @@ TEST_F(PresentationTest, ThePanelIsOneAtEveryShowing) {
     for (int showing = 0; showing < 3; ++showing) {
         SCOPED_TRACE(showing);
         showPanel();
-        EXPECT_TRUE(waitUntil([&] { return isPanel(); }));
-        EXPECT_FALSE(panelHas("FULLSCREEN"));
+        EXPECT_TRUE(waitUntil([&] { return isPanel() && !panelHas("FULLSCREEN"); }));
         presentation.setPresentationOptions(kAutoHideDock | kAutoHideMenuBar);
-        EXPECT_TRUE(waitUntil([&] { return panelHas("FULLSCREEN"); }));
-        EXPECT_TRUE(isPanel());
+        EXPECT_TRUE(waitUntil([&] { return panelHas("FULLSCREEN") && isPanel(); }));
         presentation.setPresentationOptions(kDefaultPresentation);
         if (showing == 1) {
             // The last showing ends before Qt has seen that it is no longer full-screen.

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include <poll.h>
 #include <xcb/xcb.h>
@@ -20,7 +21,7 @@ namespace {
 XSession *adoptedSession = nullptr;
 
 constexpr int kStartTimeoutMilliseconds = 20'000;
-constexpr int kAskAgainMilliseconds = 20;
+constexpr int kHeartbeatMilliseconds = 20;
 
 // Without key bindings, which would otherwise take Alt+Space; focus as desktops have it.
 constexpr char kOpenboxConfiguration[] = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -68,40 +69,51 @@ public:
     }
     /// The window that a window manager shows its presence with; XCB_WINDOW_NONE without one.
     [[nodiscard]] xcb_window_t windowManagerCheck() const {
+        const std::vector<xcb_window_t> windows = windowsOfRoot("_NET_SUPPORTING_WM_CHECK");
+        return windows.empty() ? xcb_window_t(XCB_WINDOW_NONE) : windows.front();
+    }
+    [[nodiscard]] std::vector<xcb_window_t> windowsOfRoot(const char *property) const {
         const ReplyPtr<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(
-                m_connection,
-                xcb_get_property(m_connection, 0, root(), atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW, 0, 1),
-                nullptr),
+            xcb_get_property_reply(m_connection,
+                                   xcb_get_property(m_connection, 0, root(), atom(property), XCB_ATOM_WINDOW, 0, 64),
+                                   nullptr),
             &std::free);
-        return reply && reply->value_len == 1 ? *static_cast<const xcb_window_t *>(xcb_get_property_value(reply.get()))
-                                              : xcb_window_t(XCB_WINDOW_NONE);
+        if (!reply) {
+            return {};
+        }
+        const auto *first = static_cast<const xcb_window_t *>(xcb_get_property_value(reply.get()));
+        return {first, first + reply->value_len};
     }
     [[nodiscard]] bool exists(xcb_window_t window) const {
         const ReplyPtr<xcb_get_geometry_reply_t> reply(
             xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr), &std::free);
         return reply != nullptr;
     }
-    /// Whether a window manager looks after `window`.
-    [[nodiscard]] bool isManaged(xcb_window_t window) const {
-        const ReplyPtr<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(
-                m_connection, xcb_get_property(m_connection, 0, window, atom("WM_STATE"), XCB_ATOM_ANY, 0, 2), nullptr),
-            &std::free);
-        return reply && reply->value_len > 0;
+    /// A window that wants no input focus.
+    [[nodiscard]] xcb_window_t createProbe() const {
+        const xcb_window_t window = xcb_generate_id(m_connection);
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, window, root(), 0, 0, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        const std::uint32_t hints[9] = {1, 0}; // The input hint is given, and it is no.
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, 9,
+                            hints);
+        return window;
     }
-    /// Asks `isReady` now, after each event and every now and then, until it says yes or the time is over.
+    [[nodiscard]] bool managesWindow(xcb_window_t window) const {
+        const std::vector<xcb_window_t> clients = windowsOfRoot("_NET_CLIENT_LIST");
+        return std::ranges::find(clients, window) != clients.end();
+    }
+    /// Asks `isReady` now, after each event and now and then, until it says yes or the time is over.
     [[nodiscard]] bool waitUntil(const std::function<bool()> &isReady) const {
         QElapsedTimer elapsed;
         elapsed.start();
         while (!isReady()) {
             xcb_flush(m_connection);
             pollfd readable{xcb_get_file_descriptor(m_connection), POLLIN, 0};
-            const int remaining = kStartTimeoutMilliseconds - int(elapsed.elapsed());
-            if (remaining <= 0 || ::poll(&readable, 1, std::min(remaining, kAskAgainMilliseconds)) < 0 ||
-                xcb_connection_has_error(m_connection)) {
+            if (elapsed.elapsed() > kStartTimeoutMilliseconds || xcb_connection_has_error(m_connection)) {
                 return false;
             }
+            ::poll(&readable, 1, kHeartbeatMilliseconds);
             while (xcb_generic_event_t *event = xcb_poll_for_event(m_connection)) {
                 std::free(event);
             }
@@ -204,26 +216,20 @@ void XSession::startWindowManager() {
     const Watcher watcher(m_display);
     const std::uint32_t propertyChanges = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(watcher.connection(), watcher.root(), XCB_CW_EVENT_MASK, &propertyChanges);
-    // A window manager before this one may have left the property behind.
-    xcb_delete_property(watcher.connection(), watcher.root(), watcher.atom("_NET_SUPPORTING_WM_CHECK"));
 
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(m_environment);
     m_windowManager =
         ChildProcess({"openbox", "--sm-disable", "--config-file", configuration.fileName().toUtf8()}, environment);
-    bool isReady = watcher.waitUntil([&] { return watcher.windowManagerCheck() != XCB_WINDOW_NONE; });
-    // It shows its presence before it listens: what asks to be shown in between is forgotten. So a window asks again
-    // and again until it is looked after.
-    const xcb_window_t probe = xcb_generate_id(watcher.connection());
-    xcb_create_window(watcher.connection(), XCB_COPY_FROM_PARENT, probe, watcher.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &propertyChanges);
-    isReady = isReady && watcher.waitUntil([&] {
+    // It shows its presence before it listens, and may miss a window that is shown in between: it is ready once it has
+    // taken one in and let it go.
+    const xcb_window_t probe = watcher.createProbe();
+    const bool isReady = watcher.waitUntil([&] {
         xcb_map_window(watcher.connection(), probe);
-        return watcher.isManaged(probe);
+        return watcher.managesWindow(probe);
     });
-    xcb_unmap_window(watcher.connection(), probe);
-    isReady = isReady && watcher.waitUntil([&] { return !watcher.isManaged(probe); });
-    if (!isReady) {
+    xcb_destroy_window(watcher.connection(), probe);
+    if (!isReady || !watcher.waitUntil([&] { return !watcher.managesWindow(probe); })) {
         fail(QStringLiteral("openbox did not start"));
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Tallowby.Flip
 
@@ -20,7 +22,7 @@ BackdropView {
         id: blurred
 
         BlurredPicture {
-            image: backdrop.capture
+            image: backdrop.capture // qmllint disable
             imageSize: backdrop.captureSize
             veilColor: backdrop.veilColor
             veilStrength: backdrop.veilStrength
@@ -32,7 +34,7 @@ BackdropView {
         id: veiled
 
         Picture {
-            image: backdrop.capture
+            image: backdrop.capture // qmllint disable
 
             Rectangle {
                 anchors.fill: parent

@@ -17,7 +17,7 @@ Item {
 
         width: blurred.imageSize.width
         height: blurred.imageSize.height
-        image: blurred.image
+        image: blurred.image // qmllint disable
         visible: false
     }
 

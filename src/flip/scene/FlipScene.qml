@@ -25,7 +25,7 @@ FlipSceneView {
                 width: 240
                 height: 172
                 source: "logo.svg"
-                sourceSize: Qt.size(width * 2, height * 2)
+                sourceSize { width: 480; height: 344 }
                 mipmap: true
                 Accessible.ignored: true
             }
@@ -70,7 +70,7 @@ FlipSceneView {
             id: snapshot
 
             anchors.fill: parent
-            image: scene.backImage
+            image: scene.backImage // qmllint disable
             visible: !scene.usesShaders
         }
 

@@ -36,6 +36,12 @@ X11Presentation::X11Presentation(XcbConnection &x11)
     : m_x11(x11)
     , m_windowManager(x11) {
     connect(&m_x11, &XcbConnection::eventReceived, this, &X11Presentation::handleEvent);
+    // What the window manager has granted must not be taken once more: by then the user may have gone elsewhere.
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [this](const QWindow *window) {
+        if (window) {
+            m_awaited = XCB_WINDOW_NONE;
+        }
+    });
 }
 
 void X11Presentation::setPresentationOptions(PresentationOptions options) {
