@@ -17,7 +17,7 @@ function(tallowby_qml_module name)
   add_library(Tallowby::${name} ALIAS ${target})
   qt_add_qml_module(${target}
     URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
-    OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/${module_path}
+    OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/${module_path} DEPENDENCIES QtQuick
     SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
   target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
