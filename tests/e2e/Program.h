@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QProcess>
+#include <QStringList>
+
+namespace tallowby::test {
+
+/// One run of the built program, and what it says.
+class Program {
+public:
+    Program(const QProcessEnvironment &environment, const QStringList &arguments = {});
+    /// Ends a program that still runs.
+    ~Program();
+    Program(const Program &) = delete;
+    Program &operator=(const Program &) = delete;
+
+    /// Waits for a line that contains `part`, after the last one that was waited for.
+    [[nodiscard]] bool says(QStringView part);
+    /// Whether a line so far contains `part`.
+    [[nodiscard]] bool hasSaid(QStringView part);
+    /// Everything so far, for the message of a failure.
+    [[nodiscard]] QString output();
+
+    void send(int signal);
+    /// Waits for its end. The exit code, or -1 when it did not end or crashed.
+    [[nodiscard]] int exitCode();
+
+private:
+    void read();
+
+    QProcess m_process;
+    QByteArray m_unfinishedLine;
+    QStringList m_lines;
+    qsizetype m_nextLine = 0;
+};
+
+} // namespace tallowby::test
