@@ -10,35 +10,25 @@ BackdropView {
         visible: !backdrop.hasCapture
     }
 
-    Loader {
+    BlurredPicture {
         anchors.fill: parent
-        visible: backdrop.hasCapture
-        sourceComponent: backdrop.usesShaders ? blurred : veiled
+        visible: backdrop.hasCapture && backdrop.usesShaders
+        image: backdrop.capture
+        imageSize: backdrop.captureSize
+        veilColor: backdrop.veilColor
+        veilStrength: backdrop.veilStrength
+        shade: backdrop.shade
     }
 
-    Component {
-        id: blurred
+    Picture {
+        anchors.fill: parent
+        visible: backdrop.hasCapture && !backdrop.usesShaders
+        image: backdrop.capture
 
-        BlurredPicture {
-            image: backdrop.capture
-            imageSize: backdrop.captureSize
-            veilColor: backdrop.veilColor
-            veilStrength: backdrop.veilStrength
-            shade: backdrop.shade
-        }
-    }
-
-    Component {
-        id: veiled
-
-        Picture {
-            image: backdrop.capture
-
-            Rectangle {
-                anchors.fill: parent
-                color: backdrop.shadedVeil
-                opacity: backdrop.veilStrength
-            }
+        Rectangle {
+            anchors.fill: parent
+            color: backdrop.shadedVeil
+            opacity: backdrop.veilStrength
         }
     }
 }
