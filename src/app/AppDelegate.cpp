@@ -53,11 +53,11 @@ void AppDelegate::initializeApp() {
     m_flipEngine = std::make_unique<FlipEngine>(
         FlipServices{m_notifications, m_scheduler, m_settings, m_platform->workspace(), m_platform->presentation(),
                      m_platform->desktopCapture(), m_platform->motionPreference()},
-        m_qmlEngine, [this] { return takeCanvas(); });
+        m_qmlEngine, [this] { return makeCanvas(); });
     setupStatusBarItem();
     logLine(u"[AppDelegate] ✅ Tallowby ready! Press ⌥ + Space to flip.");
     // The first press should be as quick as every other: what it needs is made while nobody waits for it.
-    m_warmUp = m_scheduler.after(std::chrono::milliseconds(0), [this] { warmUp(); });
+    m_warmUp = m_scheduler.after(std::chrono::milliseconds(0), [this] { m_flipEngine->prepare(); });
 }
 
 void AppDelegate::showPermissionOnboarding() {
@@ -108,28 +108,11 @@ void AppDelegate::canvasReady(const Notification &notification) {
     }
 }
 
-void AppDelegate::makeCanvas() {
-    if (!m_storage) {
-        m_storage = std::make_unique<BlockStorage>(m_scheduler, BlockStorage::defaultFilePath());
-        m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
-        m_canvasViewModel =
-            std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler);
-    }
-    m_canvasView = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications);
-}
-
-QQuickItem *AppDelegate::takeCanvas() {
-    if (!m_canvasView) {
-        makeCanvas();
-    }
-    return m_canvasView.release();
-}
-
-void AppDelegate::warmUp() {
-    if (!m_storage) {
-        makeCanvas();
-    }
-    m_flipEngine->prepare();
+QQuickItem *AppDelegate::makeCanvas() {
+    m_storage = std::make_unique<BlockStorage>(m_scheduler, BlockStorage::defaultFilePath());
+    m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
+    m_canvasViewModel = std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler);
+    return makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
 }
 
 void AppDelegate::applicationWillTerminate() {

@@ -52,9 +52,7 @@ private:
     void setupStatusBarItem();
     void openSettings();
     void canvasReady(const Notification &notification);
-    void makeCanvas();
-    [[nodiscard]] QQuickItem *takeCanvas();
-    void warmUp();
+    [[nodiscard]] QQuickItem *makeCanvas();
 
     QtScheduler m_scheduler;
     NotificationCenter m_notifications;
@@ -69,8 +67,6 @@ private:
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
     std::unique_ptr<CanvasViewModel> m_canvasViewModel;
-    /// Until the flip engine takes it.
-    std::unique_ptr<QQuickItem> m_canvasView;
 
     std::unique_ptr<HotkeyListener> m_hotkeyListener;
     std::unique_ptr<FlipEngine> m_flipEngine;

@@ -82,9 +82,12 @@ void FlipEngine::setTallowbyContent(QQuickItem *view) {
 }
 
 void FlipEngine::prepare() {
-    makeContainer();
     if (!m_hostComponent) {
         m_hostComponent = std::make_unique<QQmlComponent>(&m_qml, moduleFile(u"TallowbyOverlayContainer.qml"));
+    }
+    if (!m_flipWindow) {
+        makeWindow();
+        rehearse();
     }
 }
 
@@ -154,6 +157,16 @@ void FlipEngine::makeContainer() {
 }
 
 void FlipEngine::setupFlipWindow() {
+    if (m_isFlipWindowSetUp) {
+        return;
+    }
+    m_isFlipWindowSetUp = true;
+    makeWindow();
+    m_flipWindow->configure();
+    logLine(u"[FlipEngine] 🏗️ Flip Window & Container Setup (Once)");
+}
+
+void FlipEngine::makeWindow() {
     if (m_flipWindow) {
         return;
     }
@@ -163,15 +176,37 @@ void FlipEngine::setupFlipWindow() {
     m_flipWindow->setContentView(m_flipContainerView.get());
     m_canvasStage = std::make_unique<CanvasWrapper>();
     m_flipWindow->addUnseen(m_canvasStage.get());
-    logLine(u"[FlipEngine] 🏗️ Flip Window & Container Setup (Once)");
+}
+
+QQuickItem *FlipEngine::canvas() {
+    if (m_tallowbyContentView) {
+        return m_tallowbyContentView;
+    }
+    if (!m_fallbackCanvas) {
+        m_fallbackCanvas.reset(m_makeCanvas());
+    }
+    return m_fallbackCanvas.get();
+}
+
+void FlipEngine::rehearse() {
+    m_canvasStage->setView(canvas());
+    if (!m_flipWindow->drawUnseenFrame()) {
+        return;
+    }
+    auto *const backdrop = part<BackdropView>(*m_flipContainerView, "backdrop");
+    backdrop->setCapture(captureDesktop());
+    m_sceneView->rehearse(canvas());
+    connect(
+        m_flipWindow.get(), &FlipWindow::unseenFrameDrawn, this,
+        [this, backdrop] {
+            m_sceneView->endRehearsal();
+            backdrop->setCapture({});
+        },
+        Qt::SingleShotConnection);
 }
 
 void FlipEngine::chooseBackFace() {
-    QQuickItem *canvas = m_tallowbyContentView;
-    if (!canvas) {
-        m_fallbackCanvas.reset(m_makeCanvas());
-        canvas = m_fallbackCanvas.get();
-    }
+    QQuickItem *const canvas = this->canvas();
     if (!m_persistentHostingView) {
         if (m_flipWindow->size().isEmpty()) {
             m_canvasStage->setSize(kFallbackCanvasSize);

@@ -58,7 +58,7 @@ public:
     ~FlipEngine() override;
 
     [[nodiscard]] FlipState state() const { return m_state; }
-    /// The window, once the first flip has made it.
+    /// The window, once it is made.
     [[nodiscard]] FlipWindow *window() const { return m_flipWindow.get(); }
 
     /// Observes anew; what was observed before is not observed twice.
@@ -67,7 +67,8 @@ public:
     void setTallowbyContent(QQuickItem *view);
     /// A picture to show on the back of the card at the next opening in place of one of the canvas.
     void setCachedCanvasSnapshot(const QImage &snapshot) { m_cachedCanvasSnapshot = snapshot; }
-    /// Does ahead of time what the first flip would spend its first moments on. Best called when the program is idle.
+    /// Does ahead of time what the first flip would spend its first moments on: makes window, scene and canvas, and has
+    /// them drawn where nobody sees it. Best called when the program is idle.
     void prepare();
 
     /// Opens; ready when the canvas is up. Only `idle` lets it.
@@ -91,6 +92,9 @@ private:
     void setState(FlipState state);
     void setupFlipWindow();
     void makeContainer();
+    void makeWindow();
+    [[nodiscard]] QQuickItem *canvas();
+    void rehearse();
     void chooseBackFace();
     void createPersistentHostingView();
     [[nodiscard]] Waits::Wait rotation();
@@ -111,6 +115,7 @@ private:
     std::unique_ptr<QQmlComponent> m_hostComponent;
     std::unique_ptr<QQuickItem> m_fallbackCanvas;
     std::unique_ptr<FlipWindow> m_flipWindow;
+    bool m_isFlipWindowSetUp = false;
     std::unique_ptr<QQuickItem> m_flipContainerView;
     FlipSceneView *m_sceneView = nullptr;
     QPointer<QQuickItem> m_tallowbyContentView;

@@ -50,10 +50,34 @@ FlipWindow::FlipWindow(const AppSettings &settings, Presentation &presentation)
     setColor(Qt::transparent);
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
     setTitle(tr("Tallowby canvas"));
-    if (const auto screen = settings.resolvedScreen()) {
+}
+
+void FlipWindow::configure() {
+    endUnseenFrame();
+    if (const auto screen = m_settings.resolvedScreen()) {
         setGeometry(screen->frame);
     }
     logLine(QStringLiteral("[FlipWindow] 🪟 Configured: %1").arg(frameText(geometry())));
+}
+
+bool FlipWindow::drawUnseenFrame() {
+    m_isDrawingUnseen = m_presentation.showUnseen(*this);
+    if (m_isDrawingUnseen) {
+        fitToContents();
+        // Comes from the thread that renders.
+        connect(this, &QQuickWindow::frameSwapped, this, &FlipWindow::endUnseenFrame);
+    }
+    return m_isDrawingUnseen;
+}
+
+void FlipWindow::endUnseenFrame() {
+    if (!m_isDrawingUnseen) {
+        return;
+    }
+    disconnect(this, &QQuickWindow::frameSwapped, this, &FlipWindow::endUnseenFrame);
+    m_isDrawingUnseen = false;
+    m_presentation.hideUnseen(*this);
+    Q_EMIT unseenFrameDrawn();
 }
 
 void FlipWindow::setCanBecomeKey(bool canBecomeKey) {
@@ -118,10 +142,13 @@ void FlipWindow::resizeEvent(QResizeEvent *event) {
 }
 
 void FlipWindow::fitToContents() {
-    contentItem()->setSize(size());
+    // What is drawn unseen is drawn as large as it will be seen, so that there is nothing left to lay out.
+    const auto screen = m_isDrawingUnseen ? m_settings.resolvedScreen() : std::nullopt;
+    const QSizeF fullSize = screen ? screen->frame.size() : size();
+    contentItem()->setSize(fullSize);
     const auto views = contentItem()->childItems();
     for (QQuickItem *view : views) {
-        view->setSize(size());
+        view->setSize(fullSize);
     }
 }
 

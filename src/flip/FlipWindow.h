@@ -14,8 +14,13 @@ class FlipWindow : public QQuickWindow {
     Q_OBJECT
 
 public:
-    /// Hidden, as large as the chosen display, refusing the keyboard.
     FlipWindow(const AppSettings &settings, Presentation &presentation);
+
+    /// Makes it the hidden panel that it is: as large as the chosen display, refusing the keyboard.
+    void configure();
+    /// Draws the next frame where nobody sees it and then emits `unseenFrameDrawn`: the first frame that is seen finds
+    /// context, shaders and textures made. `configure` cuts it short. False where the platform has no such place.
+    [[nodiscard]] bool drawUnseenFrame();
 
     /// Whether the window takes the keyboard when it is offered.
     [[nodiscard]] bool canBecomeKey() const { return m_canBecomeKey; }
@@ -42,6 +47,7 @@ public:
 
 Q_SIGNALS:
     void closeRequested();
+    void unseenFrameDrawn();
 
 protected:
     bool event(QEvent *event) override;
@@ -49,10 +55,12 @@ protected:
 
 private:
     void fitToContents();
+    void endUnseenFrame();
 
     const AppSettings &m_settings;
     Presentation &m_presentation;
     QPointer<QQuickItem> m_contentView;
+    bool m_isDrawingUnseen = false;
     bool m_canBecomeKey = false;
     bool m_canBecomeMain = false;
     bool m_ignoresMouseEvents = false;

@@ -117,6 +117,8 @@ public:
     [[nodiscard]] ActivationPolicy activationPolicy() const override { return policy; }
     void setActivationPolicy(ActivationPolicy newPolicy) override { policy = newPolicy; }
     void preparePanel(QWindow &) override { ++panelsPrepared; }
+    [[nodiscard]] bool showUnseen(QWindow &) override { return false; }
+    void hideUnseen(QWindow &) override {}
     void activateIgnoringOtherApps(QWindow &window) override;
 
 private:

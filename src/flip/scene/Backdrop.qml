@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Tallowby.Flip
 
@@ -18,11 +16,13 @@ BackdropView {
         sourceComponent: backdrop.usesShaders ? blurred : veiled
     }
 
+    // Qt 6.4 does not load bound components, so these reach the root by its id unchecked.
+    // qmllint disable
     Component {
         id: blurred
 
         BlurredPicture {
-            image: backdrop.capture // qmllint disable
+            image: backdrop.capture
             imageSize: backdrop.captureSize
             veilColor: backdrop.veilColor
             veilStrength: backdrop.veilStrength
@@ -34,7 +34,7 @@ BackdropView {
         id: veiled
 
         Picture {
-            image: backdrop.capture // qmllint disable
+            image: backdrop.capture
 
             Rectangle {
                 anchors.fill: parent
@@ -43,4 +43,5 @@ BackdropView {
             }
         }
     }
+    // qmllint enable
 }

@@ -83,6 +83,23 @@ void FlipSceneView::releasePicture() {
     }
 }
 
+void FlipSceneView::rehearse(QQuickItem *view) {
+    setBackContent(view);
+    takePicture();
+    for (QQuickItem *const face : {m_frontFace.data(), m_backFace.data()}) {
+        if (face) {
+            face->setVisible(true);
+        }
+    }
+}
+
+void FlipSceneView::endRehearsal() {
+    m_backView = nullptr;
+    m_hasBackView = false;
+    releasePicture();
+    showRest();
+}
+
 void FlipSceneView::flip(std::function<void()> completion) {
     if (isAnimating()) {
         return;

@@ -82,6 +82,10 @@ public:
     /// Frees the picture of a view; the next turn takes a new one.
     void releasePicture();
 
+    /// Shows all at once that turns show in turn, with a picture of `view`, for a frame that nobody sees.
+    void rehearse(QQuickItem *view);
+    void endRehearsal();
+
     /// Turns the card over, or back, and calls `completion` at its end. Does nothing while a turn runs; without back
     /// content calls `completion` at once and leaves the card as it is.
     void flip(std::function<void()> completion);

@@ -11,6 +11,7 @@ namespace tallowby {
 
 namespace {
 
+constexpr QPoint kUnseenPlace{-16, -16};
 constexpr std::uint32_t kAllDesktops = 0xffffffff;
 constexpr std::uint32_t kStateRemove = 0;
 constexpr std::uint32_t kStateAdd = 1;
@@ -69,6 +70,22 @@ void X11Presentation::preparePanel(QWindow &window) {
     finishQtRequests();
     xcb_change_window_attributes(m_x11.handle(), m_panelWindow, XCB_CW_EVENT_MASK, &kWindowEvents);
     writePanelStates();
+}
+
+bool X11Presentation::showUnseen(QWindow &window) {
+    if (!m_x11.isValid() || window.isVisible()) {
+        return false;
+    }
+    // Outside the root window, and none of the window manager's business.
+    window.setFlag(Qt::BypassWindowManagerHint);
+    window.setGeometry(QRect(kUnseenPlace, QSize(1, 1)));
+    window.show();
+    return true;
+}
+
+void X11Presentation::hideUnseen(QWindow &window) {
+    window.hide();
+    window.setFlag(Qt::BypassWindowManagerHint, false);
 }
 
 void X11Presentation::activateIgnoringOtherApps(QWindow &window) {

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] ActivationPolicy activationPolicy() const override { return m_policy; }
     void setActivationPolicy(ActivationPolicy policy) override { m_policy = policy; }
     void preparePanel(QWindow &window) override;
+    [[nodiscard]] bool showUnseen(QWindow &window) override;
+    void hideUnseen(QWindow &window) override;
     void activateIgnoringOtherApps(QWindow &window) override;
 
 private:
