@@ -45,6 +45,8 @@ TEST_F(TurnAndType, DeadKeysComposeTheFirstLetterAndLaterOnes) {
     openCanvas();
     keyboard.tap(XK_dead_acute);
     keyboard.type(u"et");
+    // What is composed overtakes letters that still wait to be read, so the fingers wait for them.
+    ASSERT_TRUE(notesBecome({QStringLiteral("ét")}));
     keyboard.tap(XK_dead_acute);
     keyboard.type(u"e 1");
     EXPECT_TRUE(notesBecome({QStringLiteral("été 1")}));
@@ -64,7 +66,7 @@ TEST_F(TurnAndType, AClickOpensANoteAgainAndAnotherSpotBeginsANewOne) {
     keyboard.tap(XK_Escape);
     ASSERT_TRUE(notesBecome({QStringLiteral("one"), QStringLiteral("two")}));
 
-    pointer.doubleClick(kScreenCentre + noteAt(QStringLiteral("one")).toPoint() + QPoint(12, 14));
+    pointer.click(kScreenCentre + noteAt(QStringLiteral("one")).toPoint() + QPoint(12, 14));
     keyboard.tap(XK_End);
     keyboard.type(u" more");
     EXPECT_TRUE(notesBecome({QStringLiteral("one more"), QStringLiteral("two")}));
