@@ -169,6 +169,7 @@ void FlipEngine::setupFlipWindow() {
 void FlipEngine::chooseBackFace() {
     QQuickItem *canvas = m_tallowbyContentView;
     if (!canvas) {
+        m_persistentHostingView.reset();
         m_fallbackCanvas.reset(m_makeCanvas());
         canvas = m_fallbackCanvas.get();
     }
