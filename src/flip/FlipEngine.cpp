@@ -128,7 +128,8 @@ QCoro::Task<> FlipEngine::closeFlip() {
 }
 
 void FlipEngine::cleanup() {
-    if (m_sceneView) {
+    // A scene that was only prepared has nothing to clean up.
+    if (m_flipWindow) {
         m_sceneView->cleanup();
     }
     m_cachedCanvasSnapshot = {};
