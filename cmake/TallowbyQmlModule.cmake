@@ -1,10 +1,12 @@
-# tallowby_qml_module(<name> URI <uri> SOURCES <file>... QML_FILES <file>... [LINKS <target>...])
+# tallowby_qml_module(<name> URI <uri> SOURCES <file>... QML_FILES <file>... [DEPENDENCIES <uri>...]
+#                     [LINKS <target>...])
 #
+# DEPENDENCIES are the modules that hold the bases and property types of this one's C++ types.
 # A library as tallowby_library makes it that is also the QML module <uri>. The module has no plugin: whoever links
 # it calls its qml_register_types_<uri with underscores>() once, which also keeps the linker from dropping it.
 
 function(tallowby_qml_module name)
-  cmake_parse_arguments(ARG "" "URI" "SOURCES;QML_FILES;RESOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "URI" "SOURCES;QML_FILES;RESOURCES;DEPENDENCIES;LINKS" ${ARGN})
   set(target tallowby_${name})
   foreach(file IN LISTS ARG_QML_FILES)
     get_filename_component(type ${file} NAME)
@@ -18,7 +20,8 @@ function(tallowby_qml_module name)
   qt_add_qml_module(${target}
     URI ${ARG_URI} VERSION 1.0 NO_PLUGIN RESOURCE_PREFIX /qt/qml
     OUTPUT_DIRECTORY ${QT_QML_OUTPUT_DIRECTORY}/${module_path}
-    SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
+    SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES}
+    DEPENDENCIES ${ARG_DEPENDENCIES})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
   target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
   tallowby_target_defaults(${target})
