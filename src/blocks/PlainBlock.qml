@@ -1,12 +1,13 @@
 import QtQuick
 import Tallowby.Blocks
+import Tallowby.Canvas
 import Tallowby.Platform
 
 /// A block as a plain card: what kind it is and what text it has.
 PlainBlockContent {
     id: content
 
-    readonly property bool isSmall: width < 120 || height < 56
+    readonly property bool isSmall: content.width < 120 || content.height < 56
 
     // Opaque and without smoothed edges, unless it is turned: then the symbols and texts of all cards are drawn together
     // instead of card by card.

@@ -5,7 +5,8 @@
 namespace tallowby {
 
 /// The body of a kind that is shown as a plain card.
-class PlainBlockContent : public BlockBody {
+// The linter finds a base of another module by its whole name only.
+class PlainBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
     /// How the block's text begins.

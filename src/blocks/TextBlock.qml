@@ -1,5 +1,6 @@
 import QtQuick
 import Tallowby.Blocks
+import Tallowby.Canvas
 import Tallowby.Platform
 
 TextBlockContent {

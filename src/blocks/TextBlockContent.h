@@ -10,7 +10,8 @@ namespace tallowby {
 
 /// The body of a text block: the text on the bare canvas, in a hand's face, and its editor while it is edited. Every
 /// edit is written to the block at once.
-class TextBlockContent : public BlockBody {
+// The linter finds a base of another module by its whole name only.
+class TextBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
     /// The size of the text as it is laid out at rest.

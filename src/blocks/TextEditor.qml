@@ -23,9 +23,9 @@ AutoExpandingTextEditor {
         font: editor.font
         selectByMouse: true
         selectionColor: Qt.alpha(Theme.accent, 0.3)
-        selectedTextColor: color
+        selectedTextColor: edit.color
         cursorDelegate: Caret {
-            isShown: edit.cursorVisible
+            isShown: edit.cursorVisible // qmllint disable
         }
         Accessible.role: Accessible.EditableText
         Accessible.name: qsTr("Text")

@@ -140,6 +140,7 @@ TEST_F(FlipScene, showsItsBackReadably) {
     window.resize(640, 360);
     container->setParentItem(window.contentItem());
     window.show();
+    QCoreApplication::processEvents(); // The window is exposed.
     scene->setBackContent(canvasPicture);
     EXPECT_TRUE(placeOf(0xFF0000, window.grabWindow()).isNull()) << "the front faces the viewer";
     flip();

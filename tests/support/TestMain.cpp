@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <QGuiApplication>
+#include <QQuickWindow>
 
 namespace tallowby::test {
 void installWarningGuard();
@@ -8,7 +9,10 @@ void installWarningGuard();
 
 int main(int argc, char **argv) {
     testing::InitGoogleMock(&argc, argv);
-    qputenv("QT_QUICK_BACKEND", qgetenv("QT_QUICK_BACKEND").isEmpty() ? "software" : qgetenv("QT_QUICK_BACKEND"));
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
+        // Set and not left to the environment, which is read only when the first window is made.
+        QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
+    }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
