@@ -56,6 +56,7 @@ void FlipWindow::configure() {
     endUnseenFrame();
     if (const auto screen = m_settings.resolvedScreen()) {
         setGeometry(screen->frame);
+        fitToContents();
     }
     logLine(QStringLiteral("[FlipWindow] 🪟 Configured: %1").arg(frameText(geometry())));
 }

@@ -17,6 +17,7 @@
 #include <QQuickItem>
 
 void qml_register_types_Tallowby_Flip();
+void qml_register_types_Tallowby_Platform();
 
 namespace tallowby::test {
 
@@ -60,6 +61,7 @@ inline void runTurn(FlipSceneView &scene, VirtualScheduler &clock) {
 
 inline QQmlEngine &qmlEngine() {
     static QQmlEngine *const engine = [] {
+        qml_register_types_Tallowby_Platform();
         qml_register_types_Tallowby_Flip();
         auto *const made = new QQmlEngine(QCoreApplication::instance());
         made->addImportPath(QStringLiteral("qrc:/qt/qml"));

@@ -10,38 +10,25 @@ BackdropView {
         visible: !backdrop.hasCapture
     }
 
-    Loader {
+    BlurredPicture {
         anchors.fill: parent
-        visible: backdrop.hasCapture
-        sourceComponent: backdrop.usesShaders ? blurred : veiled
+        visible: backdrop.hasCapture && backdrop.usesShaders
+        image: backdrop.capture
+        imageSize: backdrop.captureSize
+        veilColor: backdrop.veilColor
+        veilStrength: backdrop.veilStrength
+        shade: backdrop.shade
     }
 
-    // Qt 6.4 does not load bound components, so these reach the root by its id unchecked.
-    // qmllint disable
-    Component {
-        id: blurred
+    Picture {
+        anchors.fill: parent
+        visible: backdrop.hasCapture && !backdrop.usesShaders
+        image: backdrop.capture
 
-        BlurredPicture {
-            image: backdrop.capture
-            imageSize: backdrop.captureSize
-            veilColor: backdrop.veilColor
-            veilStrength: backdrop.veilStrength
-            shade: backdrop.shade
+        Rectangle {
+            anchors.fill: parent
+            color: backdrop.shadedVeil
+            opacity: backdrop.veilStrength
         }
     }
-
-    Component {
-        id: veiled
-
-        Picture {
-            image: backdrop.capture
-
-            Rectangle {
-                anchors.fill: parent
-                color: backdrop.shadedVeil
-                opacity: backdrop.veilStrength
-            }
-        }
-    }
-    // qmllint enable
 }

@@ -11,7 +11,7 @@ class BackdropView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QImage capture READ capture WRITE setCapture NOTIFY captureChanged FINAL)
-    Q_PROPERTY(QSize captureSize READ captureSize NOTIFY captureChanged FINAL)
+    Q_PROPERTY(QSizeF captureSize READ captureSize NOTIFY captureChanged FINAL)
     Q_PROPERTY(bool hasCapture READ hasCapture NOTIFY captureChanged FINAL)
     /// Where shaders cannot run, the reduced picture stands in for its blur.
     Q_PROPERTY(bool usesShaders READ usesShaders CONSTANT FINAL)
@@ -27,7 +27,7 @@ public:
     /// A reduced picture of the display; null for none.
     [[nodiscard]] const QImage &capture() const { return m_capture; }
     void setCapture(const QImage &capture);
-    [[nodiscard]] QSize captureSize() const { return m_capture.size(); }
+    [[nodiscard]] QSizeF captureSize() const { return m_capture.size(); }
     [[nodiscard]] bool hasCapture() const { return !m_capture.isNull(); }
 
     [[nodiscard]] static bool usesShaders();

@@ -25,7 +25,8 @@ Item {
         id: sharpTexture
 
         sourceItem: small
-        textureSize: blurred.imageSize
+        textureSize.width: blurred.imageSize.width
+        textureSize.height: blurred.imageSize.height
         visible: false
     }
 
@@ -47,7 +48,8 @@ Item {
         id: acrossTexture
 
         sourceItem: acrossPass
-        textureSize: blurred.imageSize
+        textureSize.width: blurred.imageSize.width
+        textureSize.height: blurred.imageSize.height
         visible: false
     }
 
@@ -69,7 +71,8 @@ Item {
         id: downTexture
 
         sourceItem: downPass
-        textureSize: blurred.imageSize
+        textureSize.width: blurred.imageSize.width
+        textureSize.height: blurred.imageSize.height
         smooth: true
         visible: false
     }

@@ -1,5 +1,6 @@
 import QtQuick
 import Tallowby.Flip
+import Tallowby.Platform
 
 // The card. What moves is set by the scene, once a frame.
 FlipSceneView {
@@ -25,7 +26,8 @@ FlipSceneView {
                 width: 240
                 height: 172
                 source: "logo.svg"
-                sourceSize { width: 480; height: 344 }
+                sourceSize.width: width * 2
+                sourceSize.height: height * 2
                 mipmap: true
                 Accessible.ignored: true
             }
@@ -34,6 +36,7 @@ FlipSceneView {
                 anchors.horizontalCenter: parent.horizontalCenter
                 text: qsTr("Tallowby")
                 color: scene.inkColor
+                font.family: Theme.uiFamily
                 font.pixelSize: 20
                 font.weight: Font.DemiBold
                 Accessible.ignored: true
@@ -70,7 +73,7 @@ FlipSceneView {
             id: snapshot
 
             anchors.fill: parent
-            image: scene.backImage // qmllint disable
+            image: scene.backImage
             visible: !scene.usesShaders
         }
 
@@ -82,7 +85,7 @@ FlipSceneView {
             readonly property real shade: scene.shadowOpacity
 
             anchors.fill: parent
-            fragmentShader: scene.usesShaders ? "shaders/card.frag.qsb" : ""
+            fragmentShader: "shaders/card.frag.qsb"
             blending: scene.crossFades
             visible: scene.usesShaders && canvasPicture.sourceItem !== null
         }

@@ -5,6 +5,13 @@
 
 namespace tallowby {
 
+/// Lets QML's tools know the type of the properties that carry images.
+struct ImageValue {
+    Q_GADGET
+    QML_FOREIGN(QImage)
+    QML_ANONYMOUS
+};
+
 /// Shows an image that fills the item, its aspect kept and what is over cropped evenly.
 class Picture : public QQuickItem {
     Q_OBJECT

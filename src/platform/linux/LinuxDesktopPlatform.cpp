@@ -5,6 +5,7 @@
 #include "platform/linux/x11/X11DesktopCapture.h"
 #include "platform/linux/x11/X11Displays.h"
 #include "platform/linux/x11/X11HotKeyService.h"
+#include "platform/linux/x11/X11KeyOrder.h"
 #include "platform/linux/x11/X11Presentation.h"
 #include "platform/linux/x11/X11Trust.h"
 #include "platform/linux/x11/X11Workspace.h"
@@ -36,6 +37,7 @@ public:
     [[nodiscard]] Workspace &workspace() override { return m_workspace; }
 
 private:
+    X11KeyOrder m_keyOrder;
     XcbConnection m_x11;
     X11HotKeyService m_hotKeys;
     X11Workspace m_workspace;
