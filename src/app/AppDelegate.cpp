@@ -91,7 +91,7 @@ void AppDelegate::handle(InstanceCommand command) {
         openSettings();
         return;
     case InstanceCommand::quit:
-        QCoreApplication::quit();
+        QCoreApplication::exit();
         return;
     }
 }

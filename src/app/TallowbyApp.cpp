@@ -69,7 +69,7 @@ int runAgent(int argc, char **argv, LaunchAction action) {
 
     AppDelegate delegate;
     running = &delegate;
-    onTerminationSignal([] { QCoreApplication::quit(); });
+    onTerminationSignal([] { QCoreApplication::exit(); });
     delegate.applicationDidFinishLaunching();
     if (action != LaunchAction::run) {
         delegate.handle(commandFor(action));

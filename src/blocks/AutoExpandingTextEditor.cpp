@@ -1,9 +1,12 @@
 #include "blocks/AutoExpandingTextEditor.h"
 
 #include "canvas/CanvasKeys.h"
+#include "canvas/CanvasViewModel.h"
 #include "platform/VirtualKey.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickTextDocument>
 #include <QTextDocument>
@@ -47,6 +50,8 @@ void AutoExpandingTextEditor::setTextEdit(QQuickItem *textEdit) {
     }
     m_textEdit = textEdit;
     m_textEdit->installEventFilter(this);
+    // The middle button pans the canvas.
+    m_textEdit->setAcceptedMouseButtons(Qt::LeftButton);
     m_document = m_textEdit->property("textDocument").value<QQuickTextDocument *>()->textDocument();
     Q_EMIT textEditChanged();
 }
@@ -153,7 +158,22 @@ bool AutoExpandingTextEditor::handleKey(const QKeyEvent &event) {
         Q_EMIT committed();
         return true;
     }
-    return false;
+    return event.matches(QKeySequence::Paste) && pasteEnormousText();
+}
+
+/// A text that is too long to be edited goes to the owner without being laid out, and the editing ends.
+bool AutoExpandingTextEditor::pasteEnormousText() {
+    const QString pasted = QGuiApplication::clipboard()->text();
+    if (m_text.size() + pasted.size() <= CanvasViewModel::kLongestEditedText) {
+        return false;
+    }
+    const int start = m_textEdit->property("selectionStart").toInt();
+    const int end = m_textEdit->property("selectionEnd").toInt();
+    QString text = m_text;
+    text.replace(start, end - start, pasted);
+    adopt(text);
+    Q_EMIT committed();
+    return true;
 }
 
 } // namespace tallowby

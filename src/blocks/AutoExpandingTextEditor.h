@@ -79,6 +79,7 @@ protected:
 
 private:
     [[nodiscard]] bool handleKey(const QKeyEvent &event);
+    [[nodiscard]] bool pasteEnormousText();
     void showText();
     void takeEdit();
     void adopt(const QString &text);

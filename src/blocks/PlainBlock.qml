@@ -8,11 +8,14 @@ PlainBlockContent {
 
     readonly property bool isSmall: width < 120 || height < 56
 
+    // Opaque and without smoothed edges, unless it is turned: then the symbols and texts of all cards are drawn together
+    // instead of card by card.
     Rectangle {
         anchors.fill: parent
+        antialiasing: content.block.rotation !== 0
         radius: Math.min(Theme.radiusCard, height / 2)
         color: Theme.surface
-        border { width: 1; color: Theme.hairline }
+        border { width: 1; color: Theme.surfaceEdge }
     }
 
     Symbol {

@@ -162,8 +162,12 @@ void CanvasViewModel::beginEditing(const BlockPtr &block) {
     }
     endEditing();
     selectOnly(block);
+    if (block->rawTextOrEmpty().size() > kLongestEditedText) {
+        return;
+    }
     bringToFront(block);
     setFocusedBlock(block);
+    m_visibleBlocks.assign(blocksInViewport());
 }
 
 void CanvasViewModel::endEditing() {

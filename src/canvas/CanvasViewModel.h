@@ -35,6 +35,9 @@ public:
     /// Blocks count as at least this large when the view is culled: one that has not measured itself yet is kept.
     static constexpr QSizeF kSmallestCulledSize{100, 50};
     static constexpr QSizeF kSpawnedTextSize{100, 24};
+    /// In characters. A longer text is kept whole and shown, but not opened: laying it out would hold up everything
+    /// else for seconds.
+    static constexpr qsizetype kLongestEditedText = 200'000;
 
     CanvasViewModel(BlockStorage &storage, DebouncedSaver &saver, NotificationCenter &notifications,
                     const Scheduler &scheduler);
@@ -64,7 +67,8 @@ public:
     void moveSelectedBlocks(double dx, double dy);
     void bringToFront(const BlockPtr &block);
 
-    /// Opens the block for editing, in front of all others and selected alone. Ends other editing first.
+    /// Opens the block for editing, in front of all others and selected alone, and among the visible ones. Ends other
+    /// editing first. Selects only when the block's text is too long.
     void beginEditing(const BlockPtr &block);
     /// A text block that was left without any text is removed, so that a stray key leaves nothing behind.
     void endEditing();

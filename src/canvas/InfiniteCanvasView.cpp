@@ -193,7 +193,7 @@ void InfiniteCanvasView::click(const PointerGesture &gesture, Qt::KeyboardModifi
         m_viewModel->toggleSelection(gesture.block);
     } else if (m_blockKinds->kind(gesture.block->blockType()).isEditable) {
         m_viewModel->beginEditing(gesture.block);
-        if (const BlockContainerView *container = containerOf(gesture.block.get())) {
+        if (const BlockContainerView *container = containerOf(gesture.block.get()); container->isEditing()) {
             container->body()->placeCaret(container->body()->mapFromItem(this, gesture.start));
         }
     } else {

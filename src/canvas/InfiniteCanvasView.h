@@ -106,6 +106,8 @@ private:
     [[nodiscard]] QQuickItem *editorInput() const;
     [[nodiscard]] BlockContainerView *containerOf(const Block *block) const;
     [[nodiscard]] QPointF pointerOnCanvas() const;
+    /// Brings the block into view first.
+    void edit(const BlockPtr &block);
     void typeAnywhere(const QString &text);
     void nudge(double dx, double dy, Qt::KeyboardModifiers modifiers);
     void handOverInputMethod();

@@ -71,7 +71,7 @@ bool InfiniteCanvasView::handlePlainKey(const QKeyEvent &event) {
     case keycode::kReturn: {
         const auto &selected = m_viewModel->selectedBlocks();
         if (!selected.empty() && m_blockKinds->kind(selected.back()->blockType()).isEditable) {
-            m_viewModel->beginEditing(BlockPtr(selected.back()));
+            edit(BlockPtr(selected.back()));
         }
         return true;
     }
@@ -96,6 +96,15 @@ bool InfiniteCanvasView::handlePlainKey(const QKeyEvent &event) {
     }
     typeAnywhere(text);
     return true;
+}
+
+void InfiniteCanvasView::edit(const BlockPtr &block) {
+    const QRectF frame(block->xPosition(), block->yPosition(), block->width(), block->height());
+    if (!m_viewport.visibleRect().intersects(frame)) {
+        m_viewport.pan(m_viewport.center() - m_viewport.toScreen(frame.center()));
+        viewportMoved();
+    }
+    m_viewModel->beginEditing(block);
 }
 
 void InfiniteCanvasView::nudge(double dx, double dy, Qt::KeyboardModifiers modifiers) {

@@ -131,7 +131,8 @@ QCoro::Task<> FlipEngine::closeFlip() {
 }
 
 void FlipEngine::cleanup() {
-    if (m_sceneView) {
+    // A scene that was only prepared has nothing to clean up.
+    if (m_flipWindow) {
         m_sceneView->cleanup();
     }
     m_cachedCanvasSnapshot = {};
@@ -206,6 +207,10 @@ void FlipEngine::rehearse() {
 }
 
 void FlipEngine::chooseBackFace() {
+    if (!m_tallowbyContentView) {
+        // A canvas that was handed over has gone, and its host is of no more use.
+        m_persistentHostingView.reset();
+    }
     QQuickItem *const canvas = this->canvas();
     if (!m_persistentHostingView) {
         if (m_flipWindow->size().isEmpty()) {

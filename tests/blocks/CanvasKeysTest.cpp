@@ -117,6 +117,21 @@ TEST_F(CanvasKeys, NudgesAndDeletesTheSelectionButNotWhileEditing) {
     EXPECT_TRUE(canvas.model.isEmpty());
 }
 
+TEST_F(CanvasKeys, ReturnBringsASelectedBlockIntoView) {
+    canvas.type(QStringLiteral("far"));
+    canvas.press(Qt::Key_Escape);
+    for (int i = 0; i < 5; ++i) {
+        canvas.drag({50, 50}, {750, 550});
+    }
+    canvas.settle();
+    ASSERT_TRUE(canvas.containers().empty());
+    canvas.press(Qt::Key_Return);
+    canvas.type(QStringLiteral(" away"));
+    EXPECT_EQ(canvas.texts(), QStringList{QStringLiteral("far away")});
+    EXPECT_TRUE(canvas.view->viewport().visibleRect().contains(canvas.model.blocks().front()->xPosition(),
+                                                               canvas.model.blocks().front()->yPosition()));
+}
+
 TEST_F(CanvasKeys, ZoomsByKeysOnAnyLayout) {
     canvas.press(Qt::Key_Equal, Qt::ControlModifier);
     canvas.press(Qt::Key_Plus, Qt::ControlModifier | Qt::ShiftModifier);

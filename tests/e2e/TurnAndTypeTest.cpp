@@ -45,8 +45,6 @@ TEST_F(TurnAndType, DeadKeysComposeTheFirstLetterAndLaterOnes) {
     openCanvas();
     keyboard.tap(XK_dead_acute);
     keyboard.type(u"et");
-    // What is composed overtakes letters that still wait to be read, so the fingers wait for them.
-    ASSERT_TRUE(notesBecome({QStringLiteral("ét")}));
     keyboard.tap(XK_dead_acute);
     keyboard.type(u"e 1");
     EXPECT_TRUE(notesBecome({QStringLiteral("été 1")}));

@@ -184,6 +184,17 @@ TEST_F(Flip, showsAFreshCanvasWhenNoneWasHandedOver) {
     turn();
     open();
     EXPECT_EQ(canvasesMade, 1);
+    toggle();
+    turn();
+    auto handedOver = std::make_unique<NotingCanvas>();
+    engine->setTallowbyContent(handedOver.get());
+    open();
+    toggle();
+    turn();
+    handedOver.reset();
+    open();
+    EXPECT_EQ(canvasesMade, 2) << "a canvas that died counts as never handed over";
+    test::typeKey(*engine->window(), Qt::Key_A, u"a"_qs);
 }
 
 TEST_F(Flip, aCanvasHandedOverLaterTakesTheNextOpening) {

@@ -7,7 +7,7 @@ Image {
 
     required property string name
     property color color: Theme.inkSoft
-    property real size: Theme.iconSmall
+    property int size: Theme.iconSmall
 
     width: size
     height: size

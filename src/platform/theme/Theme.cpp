@@ -98,6 +98,14 @@ const Theme::Palette &Theme::palette() const {
     return m_isDark ? dark : light;
 }
 
+QColor Theme::surfaceEdge() const {
+    const QColor line = hairline();
+    const QColor ground = surface();
+    const auto mixed = [&line](float over, float under) { return under + (over - under) * line.alphaF(); };
+    return QColor::fromRgbF(mixed(line.redF(), ground.redF()), mixed(line.greenF(), ground.greenF()),
+                            mixed(line.blueF(), ground.blueF()));
+}
+
 QColor Theme::hoverWash() const {
     return withOpacity(ink(), 0.06);
 }

@@ -22,6 +22,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor surface READ surface NOTIFY changed)
     Q_PROPERTY(QColor surfaceRaised READ surfaceRaised NOTIFY changed)
     Q_PROPERTY(QColor hairline READ hairline NOTIFY changed)
+    /// The hairline as it looks on a surface, opaque.
+    Q_PROPERTY(QColor surfaceEdge READ surfaceEdge NOTIFY changed)
     Q_PROPERTY(QColor ink READ ink NOTIFY changed)
     Q_PROPERTY(QColor inkSoft READ inkSoft NOTIFY changed)
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
@@ -71,6 +73,7 @@ public:
     [[nodiscard]] QColor surface() const { return palette().surface; }
     [[nodiscard]] QColor surfaceRaised() const { return palette().surfaceRaised; }
     [[nodiscard]] QColor hairline() const { return palette().hairline; }
+    [[nodiscard]] QColor surfaceEdge() const;
     [[nodiscard]] QColor ink() const { return palette().ink; }
     [[nodiscard]] QColor inkSoft() const { return palette().inkSoft; }
     [[nodiscard]] QColor accent() const { return palette().accent; }
