@@ -8,6 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
@@ -20,6 +21,7 @@ namespace {
 
 /// Below this grey value a pixel is ink, on any paper of the light theme.
 constexpr int kInkGrey = 110;
+constexpr QRgb kAccent = qRgb(0x2f, 0x6b, 0xeb);
 
 } // namespace
 
@@ -130,6 +132,17 @@ double Desk::inkIn(QRect area) const {
         dark += int(std::count_if(line, line + image.width(), [](uchar grey) { return grey < kInkGrey; }));
     }
     return double(dark) / (area.width() * area.height());
+}
+
+bool Desk::isAccentIn(QRect area) const {
+    const QImage image = picture(area);
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        if (std::any_of(line, line + image.width(), [](QRgb pixel) { return (pixel | 0xff000000) == kAccent; })) {
+            return true;
+        }
+    }
+    return false;
 }
 
 QImage Desk::picture(QRect area) const {

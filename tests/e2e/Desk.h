@@ -47,6 +47,9 @@ protected:
     [[nodiscard]] QPointF noteAt(const QString &text) const;
     /// The share of pixels of `area` that are darker than any paper: text.
     [[nodiscard]] double inkIn(QRect area) const;
+    /// Whether anything in `area` has the colour of what is selected or edited.
+    [[nodiscard]] bool isAccentIn(QRect area) const;
+    [[nodiscard]] QImage picture(QRect area) const;
 
     QProcessEnvironment &environment() { return m_environment; }
     [[nodiscard]] QString dataFolder() const;
@@ -57,8 +60,6 @@ protected:
     OtherApplication other;
 
 private:
-    [[nodiscard]] QImage picture(QRect area) const;
-
     QProcessEnvironment m_environment;
     std::unique_ptr<Program> m_program;
 };

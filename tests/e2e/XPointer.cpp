@@ -37,11 +37,6 @@ void XPointer::click(QPoint position) {
     button(XCB_BUTTON_RELEASE, kLeftButton);
 }
 
-void XPointer::doubleClick(QPoint position) {
-    click(position);
-    click(position);
-}
-
 void XPointer::drag(QPoint from, QPoint to) {
     moveTo(from);
     button(XCB_BUTTON_PRESS, kLeftButton);

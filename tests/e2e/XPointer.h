@@ -19,7 +19,6 @@ public:
 
     void moveTo(QPoint position);
     void click(QPoint position);
-    void doubleClick(QPoint position);
     /// Presses at `from`, moves in small steps, and lets go at `to`.
     void drag(QPoint from, QPoint to);
     /// Turns the wheel by whole notches; away from the user is positive.

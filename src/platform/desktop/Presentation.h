@@ -32,8 +32,9 @@ public:
     /// Makes `window` the panel: above other windows, on every workspace, in no task bar or pager. Takes effect at its
     /// next showing, so it is called before each.
     virtual void preparePanel(QWindow &window) = 0;
-    /// Shows `window` where nobody sees it, to nobody's notice, so that its graphics get ready. False, and nothing done,
-    /// where the platform has no such place. `hideUnseen` ends it and must come before the window is shown for real.
+    /// Shows `window` where nobody sees it, to nobody's notice, so that its graphics get ready. False, and nothing
+    /// done, where the platform has no such place. `hideUnseen` ends it and must come before the window is shown for
+    /// real.
     [[nodiscard]] virtual bool showUnseen(QWindow &window) = 0;
     virtual void hideUnseen(QWindow &window) = 0;
     /// Gives `window` the keyboard, whichever application has it.
