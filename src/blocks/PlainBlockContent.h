@@ -5,7 +5,7 @@
 namespace tallowby {
 
 /// The body of a kind that is shown as a plain card.
-class PlainBlockContent : public BlockBody {
+class PlainBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
     /// How the block's text begins.

@@ -10,7 +10,7 @@ namespace tallowby {
 
 /// The body of a text block: the text on the bare canvas, in a hand's face, and its editor while it is edited. Every
 /// edit is written to the block at once.
-class TextBlockContent : public BlockBody {
+class TextBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
     /// The size of the text as it is laid out at rest.
@@ -57,6 +57,7 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    [[nodiscard]] double textSize() const override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:

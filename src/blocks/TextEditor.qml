@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Tallowby.Blocks
 import Tallowby.Platform
@@ -23,7 +25,7 @@ AutoExpandingTextEditor {
         font: editor.font
         selectByMouse: true
         selectionColor: Qt.alpha(Theme.accent, 0.3)
-        selectedTextColor: color
+        selectedTextColor: edit.color
         cursorDelegate: Caret {
             isShown: edit.cursorVisible
         }
