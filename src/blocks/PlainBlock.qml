@@ -14,7 +14,7 @@ PlainBlockContent {
     Rectangle {
         anchors.fill: parent
         antialiasing: content.block.rotation !== 0
-        radius: Math.min(Theme.radiusCard, height / 2)
+        radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0
         color: Theme.surface
         border { width: 1; color: Theme.surfaceEdge }
     }
@@ -22,6 +22,7 @@ PlainBlockContent {
     Symbol {
         id: symbol
 
+        visible: content.isLegible
         x: content.isSmall ? (content.width - width) / 2 : Theme.spaceCard
         y: content.isSmall ? (content.height - height) / 2 : Theme.spaceCard
         size: Math.max(0, Math.min(Theme.iconSmall, content.width, content.height))
@@ -34,7 +35,7 @@ PlainBlockContent {
             right: parent.right; rightMargin: Theme.spaceCard
             verticalCenter: symbol.verticalCenter
         }
-        visible: !content.isSmall
+        visible: content.isLegible && !content.isSmall
         color: Theme.inkSoft
         elide: Text.ElideRight
         font { family: Theme.uiFamily; pixelSize: Theme.labelSize; weight: Font.Medium }
@@ -43,11 +44,13 @@ PlainBlockContent {
     }
 
     Text {
+        id: words
+
         anchors {
             left: parent.left; right: parent.right; top: symbol.bottom; bottom: parent.bottom
             margins: Theme.spaceCard; topMargin: Theme.spaceSmall
         }
-        visible: !content.isSmall && text
+        visible: content.isLegible && !content.isSmall && text
         color: Theme.ink
         elide: Text.ElideRight
         font { family: Theme.uiFamily; pixelSize: Theme.bodySize }
@@ -55,5 +58,13 @@ PlainBlockContent {
         text: content.excerpt
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
+    }
+
+    GreekedText {
+        visible: !content.isLegible && !content.isSmall
+        anchors.fill: words
+        color: Qt.tint(Theme.surface, Qt.alpha(Theme.ink, 0.4))
+        text: content.excerpt
+        textSize: Theme.bodySize
     }
 }

@@ -5,7 +5,6 @@
 namespace tallowby {
 
 /// The body of a kind that is shown as a plain card.
-// The linter finds a base of another module by its whole name only.
 class PlainBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT

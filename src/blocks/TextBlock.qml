@@ -12,7 +12,7 @@ TextBlockContent {
     Text {
         id: display
 
-        visible: content.isDisplayShown
+        visible: content.isDisplayShown && content.isLegible
         leftPadding: 4
         topPadding: 2
         width: content.wrapWidth > 0 ? content.wrapWidth : implicitWidth
@@ -21,5 +21,16 @@ TextBlockContent {
         font: content.displayFont
         text: content.isEmpty ? qsTr("Type here...") : content.displayText
         textFormat: Text.PlainText
+    }
+
+    GreekedText {
+        visible: content.isDisplayShown && !content.isLegible
+        x: 4
+        y: 2
+        width: content.width - 2 * x
+        height: content.height - y
+        color: Qt.tint(Theme.canvas, Qt.alpha(content.textColor, 0.4))
+        text: content.displayText
+        textSize: content.displayFont.pixelSize
     }
 }

@@ -24,6 +24,7 @@ void TextBlockContent::componentComplete() {
     BlockBody::componentComplete();
     connect(block(), &Block::rawTextChanged, this, &TextBlockContent::displayTextChanged);
     connect(block(), &Block::fontSizeChanged, this, &TextBlockContent::displayFontChanged);
+    connect(block(), &Block::fontSizeChanged, this, &TextBlockContent::updateIsLegible);
     connect(block(), &Block::isBoldChanged, this, &TextBlockContent::displayFontChanged);
     connect(block(), &Block::isItalicChanged, this, &TextBlockContent::displayFontChanged);
     connect(block(), &Block::isStrikethroughChanged, this, &TextBlockContent::displayFontChanged);
@@ -132,6 +133,10 @@ QFont TextBlockContent::displayFont() const {
     QFont font = styledDisplayFont(block()->fontSize(), block()->isBold(), block()->isItalic());
     font.setStrikeOut(block()->isStrikethrough());
     return font;
+}
+
+double TextBlockContent::textSize() const {
+    return displayFont().pixelSize();
 }
 
 QColor TextBlockContent::textColor() const {

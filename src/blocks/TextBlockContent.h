@@ -10,7 +10,6 @@ namespace tallowby {
 
 /// The body of a text block: the text on the bare canvas, in a hand's face, and its editor while it is edited. Every
 /// edit is written to the block at once.
-// The linter finds a base of another module by its whole name only.
 class TextBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
@@ -58,6 +57,7 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    [[nodiscard]] double textSize() const override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 
 private:

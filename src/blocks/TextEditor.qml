@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Tallowby.Blocks
 import Tallowby.Platform

@@ -1,11 +1,30 @@
 #include "canvas/BlockBody.h"
 
+#include "platform/theme/Theme.h"
+
 namespace tallowby {
 
 void BlockBody::attach(Block &block, CanvasViewModel &viewModel, const BlockKind &kind) {
     m_block = &block;
     m_viewModel = &viewModel;
     m_kind = &kind;
+}
+
+void BlockBody::setZoom(double zoom) {
+    m_zoom = zoom;
+    updateIsLegible();
+}
+
+double BlockBody::textSize() const {
+    return Theme::shared().bodySize();
+}
+
+void BlockBody::updateIsLegible() {
+    const bool isLegible = textSize() * m_zoom >= kSmallestLegibleSize;
+    if (m_isLegible != isLegible) {
+        m_isLegible = isLegible;
+        Q_EMIT isLegibleChanged();
+    }
 }
 
 void BlockBody::setIsEditing(bool isEditing) {

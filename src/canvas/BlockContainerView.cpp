@@ -87,15 +87,14 @@ void BlockContainerView::createBody() {
     QObject *object = component.beginCreate(qmlContext(m_canvas));
     m_body = qobject_cast<BlockBody *>(object);
     if (!m_body) {
-        qWarning("The body of a block could not be made: %s", qUtf8Printable(component.errorString()));
-        delete object;
-        return;
+        qFatal("The body of a block could not be made: %s", qUtf8Printable(component.errorString()));
     }
     QQmlEngine::setObjectOwnership(m_body, QQmlEngine::CppOwnership);
     m_body->setParent(this);
     m_body->attach(*m_block, m_canvas->viewModel(), kind());
     m_body->setParentItem(this);
     m_body->setSize(size());
+    m_body->setZoom(m_canvas->zoom());
     component.completeCreate();
     connect(m_body, &BlockBody::measuredSizeChanged, this, &BlockContainerView::settle);
     settle();

@@ -106,6 +106,11 @@ void InfiniteCanvasView::viewportMoved() {
         m_viewModel->updateVisibleBlocks(m_viewport.visibleRect(), m_viewport.scale());
         m_viewport.noteCulled();
     }
+    if (std::exchange(m_shownZoom, m_viewport.scale()) != m_viewport.scale()) {
+        for (const BlockContainerView *container : std::as_const(m_containers)) {
+            container->body()->setZoom(m_viewport.scale());
+        }
+    }
     Q_EMIT viewportChanged();
 }
 

@@ -113,6 +113,8 @@ private:
     void handOverInputMethod();
 
     Viewport m_viewport;
+    /// At which the bodies were told how they are seen.
+    double m_shownZoom = 1;
     CanvasViewModel *m_viewModel = nullptr;
     const BlockKindRegistry *m_blockKinds = nullptr;
     NotificationCenter *m_notifications = nullptr;

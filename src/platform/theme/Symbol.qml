@@ -12,5 +12,5 @@ Image {
     width: size
     height: size
     source: "image://theme/symbol/" + name + "/" + color.toString().slice(1)
-    sourceSize { width: 2 * size; height: 2 * size }
+    sourceSize { width: 2 * symbol.size; height: 2 * symbol.size }
 }

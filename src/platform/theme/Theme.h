@@ -37,7 +37,7 @@ class Theme : public QObject {
     Q_PROPERTY(QString codeFamily READ codeFamily CONSTANT)
     Q_PROPERTY(int captionSize MEMBER kCaptionSize CONSTANT)
     Q_PROPERTY(int labelSize MEMBER kLabelSize CONSTANT)
-    Q_PROPERTY(int bodySize MEMBER kBodySize CONSTANT)
+    Q_PROPERTY(int bodySize READ bodySize CONSTANT)
     Q_PROPERTY(int emphasisSize MEMBER kEmphasisSize CONSTANT)
     Q_PROPERTY(int titleSize MEMBER kTitleSize CONSTANT)
     Q_PROPERTY(int displaySize MEMBER kDisplaySize CONSTANT)
@@ -81,6 +81,7 @@ public:
     [[nodiscard]] QColor success() const { return palette().success; }
     [[nodiscard]] QColor hoverWash() const;
     [[nodiscard]] QColor pressWash() const;
+    [[nodiscard]] int bodySize() const { return kBodySize; }
     [[nodiscard]] int caretInterval() const { return m_caretInterval; }
 
     /// The colour in which text of a chosen colour is shown. Black and white become ink, so that a note can be read on
