@@ -6,7 +6,7 @@ import Tallowby.Platform
 AbstractButton {
     id: button
 
-    implicitWidth: label.implicitWidth + 24
+    implicitWidth: implicitContentWidth + 24
     implicitHeight: 32
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
@@ -21,8 +21,6 @@ AbstractButton {
     }
 
     contentItem: Text {
-        id: label
-
         text: button.text
         color: Theme.ink
         horizontalAlignment: Text.AlignHCenter

@@ -26,8 +26,6 @@ AbstractButton {
 
     contentItem: Item {
         Rectangle {
-            id: mark
-
             x: 8
             anchors.verticalCenter: parent.verticalCenter
             width: 16
@@ -39,9 +37,8 @@ AbstractButton {
         }
 
         Column {
-            anchors.left: mark.right
-            anchors.leftMargin: 12
-            anchors.right: parent.right
+            x: 36
+            width: parent.width - x
             anchors.verticalCenter: parent.verticalCenter
 
             Text {
