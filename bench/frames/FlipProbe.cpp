@@ -178,10 +178,8 @@ void FlipProbe::framePresented() {
 
 std::size_t FlipProbe::typedLetters() const {
     const CanvasViewModel *model = m_app->canvasViewModel();
-    if (!model || model->blocks().empty()) {
-        return 0;
-    }
-    return std::size_t(model->blocks().back()->rawTextOrEmpty().size());
+    const BlockPtr edited = model ? model->focusedBlock() : nullptr;
+    return edited ? std::size_t(edited->rawTextOrEmpty().size()) : 0;
 }
 
 } // namespace tallowby::bench
