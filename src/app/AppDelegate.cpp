@@ -7,6 +7,7 @@
 #include "blocks/CanvasFactory.h"
 #include "canvas/CanvasViewModel.h"
 #include "flip/FlipEngine.h"
+#include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
@@ -112,7 +113,14 @@ QQuickItem *AppDelegate::makeCanvas() {
     m_storage = std::make_unique<BlockStorage>(m_scheduler, BlockStorage::defaultFilePath());
     m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
     m_canvasViewModel = std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler);
-    return makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
+    InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
+    const auto nameHotkey = [this, view] {
+        view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
+    };
+    nameHotkey();
+    connect(&m_settings, &AppSettings::hotkeyKeyCodeChanged, view, nameHotkey);
+    connect(&m_settings, &AppSettings::hotkeyModifiersChanged, view, nameHotkey);
+    return view;
 }
 
 void AppDelegate::applicationWillTerminate() {
