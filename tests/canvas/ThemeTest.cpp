@@ -82,7 +82,7 @@ TEST(ThemeImages, TintSymbolsAndShowADefaultForUnknownOnes) {
         EXPECT_GT(painted, 20) << qPrintable(name);
     }
     EXPECT_LE(provider.requestImage(QStringLiteral("symbol/plus/fff"), &size, {100'000, 100'000}).width(), 512);
-    const QImage shadow = provider.requestImage(QStringLiteral("shadow/12/10"), &size, {});
+    const QImage shadow = provider.requestImage(QStringLiteral("shadow/12/10/1"), &size, {});
     EXPECT_EQ(size, QSize(45, 45));
     EXPECT_GT(shadow.pixelColor(22, 22).alpha(), 200);
     EXPECT_LT(shadow.pixelColor(0, 0).alpha(), 10);

@@ -14,6 +14,6 @@ BorderImage {
     anchors.topMargin: -blur + drop
     anchors.bottomMargin: -blur - drop
     border { left: blur + radius; right: blur + radius; top: blur + radius; bottom: blur + radius }
-    source: "image://theme/shadow/" + blur + "/" + radius
+    source: "image://theme/shadow/" + blur + "/" + radius + "/" + Screen.devicePixelRatio
     opacity: strength
 }

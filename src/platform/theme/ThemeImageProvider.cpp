@@ -7,6 +7,7 @@
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace tallowby {
@@ -18,6 +19,7 @@ const QString kDefaultPicture = QStringLiteral("question-square");
 constexpr int kSymbolSize = 16;
 constexpr int kLargestSymbol = 512;
 constexpr int kLargestShadow = 256;
+constexpr double kLargestPixelRatio = 4;
 
 /// Symbol name to picture. The pictures stand in the resource list of src/platform/CMakeLists.txt.
 const QHash<QString, QString> &pictures() {
@@ -128,9 +130,11 @@ QImage ThemeImageProvider::requestImage(const QString &id, QSize *size, const QS
     QImage image;
     if (parts.size() == 3 && parts.at(0) == QLatin1StringView("symbol")) {
         image = symbolImage(parts.at(1), QColor::fromString(QString(u'#' + parts.at(2))), requestedSize);
-    } else if (parts.size() == 3 && parts.at(0) == QLatin1StringView("shadow")) {
-        image = shadowImage(std::clamp(parts.at(1).toInt(), 1, kLargestShadow),
-                            std::clamp(parts.at(2).toInt(), 0, kLargestShadow));
+    } else if (parts.size() == 4 && parts.at(0) == QLatin1StringView("shadow")) {
+        // Qt takes a provider's picture to be as fine as the screen, so it is drawn that fine.
+        const double pixelRatio = std::clamp(parts.at(3).toDouble(), 1.0, kLargestPixelRatio);
+        image = shadowImage(int(std::lround(pixelRatio * std::clamp(parts.at(1).toInt(), 1, kLargestShadow))),
+                            int(std::lround(pixelRatio * std::clamp(parts.at(2).toInt(), 0, kLargestShadow))));
     }
     *size = image.size();
     return image;
