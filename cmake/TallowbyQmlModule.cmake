@@ -22,7 +22,11 @@ function(tallowby_qml_module name)
     DEPENDENCIES ${ARG_DEPENDENCIES}
     SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
-  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  # The generated registration code names headers without their folder.
+  foreach(file IN LISTS ARG_SOURCES)
+    get_filename_component(folder ${file} DIRECTORY)
+    target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${folder})
+  endforeach()
   tallowby_target_defaults(${target})
   # The generated registration code casts and shadows as it likes.
   target_compile_options(${target} PRIVATE -Wno-old-style-cast -Wno-shadow -Wno-cast-qual)

@@ -5,7 +5,7 @@
 #include "app/StatusItem.h"
 #include "app/settings/SettingsWindowController.h"
 #include "blocks/CanvasFactory.h"
-#include "canvas/CanvasViewModel.h"
+#include "canvas/model/CanvasViewModel.h"
 #include "flip/FlipEngine.h"
 #include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
@@ -112,8 +112,10 @@ void AppDelegate::canvasReady(const Notification &notification) {
 QQuickItem *AppDelegate::makeCanvas() {
     m_storage = std::make_unique<BlockStorage>(m_scheduler, BlockStorage::defaultFilePath());
     m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
-    m_canvasViewModel = std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler);
+    m_canvasViewModel =
+        std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
+    view->setMotionPreference(&m_platform->motionPreference());
     const auto nameHotkey = [this, view] {
         view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
     };

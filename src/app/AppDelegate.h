@@ -2,6 +2,7 @@
 
 #include "platform/AppSettings.h"
 #include "platform/NotificationCenter.h"
+#include "platform/QtPasteboard.h"
 #include "platform/QtScheduler.h"
 #include "platform/UserDefaults.h"
 #include "platform/desktop/DesktopPlatform.h"
@@ -64,6 +65,7 @@ private:
 
     // What the canvas needs, made when it is first needed: a start reads no blocks.
     QQmlEngine m_qmlEngine;
+    QtPasteboard m_pasteboard;
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
     std::unique_ptr<CanvasViewModel> m_canvasViewModel;

@@ -5,6 +5,7 @@
 #include "app/QmlTypes.h"
 #include "app/SelfTest.h"
 #include "platform/desktop/InstanceBus.h"
+#include "platform/scene/SceneGraph.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -50,6 +51,7 @@ void choosePlatform() {
 
 int runAgent(int argc, char **argv, LaunchAction action) {
     choosePlatform();
+    chooseSceneGraph();
     QQuickWindow::setDefaultAlphaBuffer(true);
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

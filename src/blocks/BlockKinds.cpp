@@ -1,5 +1,7 @@
 #include "blocks/BlockKinds.h"
 
+#include "blocks/toolbar/KindColors.h"
+
 #include <QCoreApplication>
 
 namespace tallowby {
@@ -10,48 +12,113 @@ struct Names {
     Q_DECLARE_TR_FUNCTIONS(tallowby::BlockKinds)
 };
 
-QUrl bodyFile(QLatin1StringView type) {
+QUrl qmlFile(QLatin1StringView type) {
     return QUrl(QStringLiteral("qrc:/qt/qml/Tallowby/Blocks/") + type + QStringLiteral(".qml"));
 }
 
+BlockKind withToolbar(BlockKind kind, QLatin1StringView toolbar, const BlockColor *color = nullptr) {
+    kind.toolbar = qmlFile(toolbar);
+    kind.color = color;
+    return kind;
+}
+
 /// A kind that is shown as a plain card.
-BlockKind plain(BlockType type, const QString &name, const QString &symbol) {
+BlockKind plain(BlockType type, const QString &name, const QString &symbol,
+                QColor (Theme::*miniMapColor)() const = &Theme::inkSoft) {
     return {.type = type,
             .name = name,
             .symbol = symbol,
-            .body = bodyFile(QLatin1StringView("PlainBlock")),
+            .body = qmlFile(QLatin1StringView("PlainBlock")),
             .isEditable = false,
-            .accessibleRole = QAccessible::Grouping};
+            .accessibleRole = QAccessible::Grouping,
+            .miniMapColor = miniMapColor};
+}
+
+/// A kind that is typed into once it is selected.
+BlockKind edited(BlockType type, const QString &name, const QString &symbol, QLatin1StringView body,
+                 QAccessible::Role role, QColor (Theme::*miniMapColor)() const) {
+    return {.type = type,
+            .name = name,
+            .symbol = symbol,
+            .body = qmlFile(body),
+            .isEditable = true,
+            .accessibleRole = role,
+            .miniMapColor = miniMapColor};
 }
 
 } // namespace
 
 const BlockKindRegistry &blockKinds() {
-    static const BlockKindRegistry registry({
-        {.type = BlockType::text,
-         .name = Names::tr("Text"),
-         .symbol = QStringLiteral("textformat"),
-         .body = bodyFile(QLatin1StringView("TextBlock")),
-         .isEditable = true,
-         .accessibleRole = QAccessible::StaticText},
-        {.type = BlockType::divider,
-         .name = Names::tr("Divider"),
-         .symbol = QStringLiteral("minus"),
-         .body = bodyFile(QLatin1StringView("DividerBlock")),
-         .isEditable = false,
-         .accessibleRole = QAccessible::Separator},
-        plain(BlockType::table, Names::tr("Table"), QStringLiteral("tablecells")),
-        plain(BlockType::automation, Names::tr("Automation"), QStringLiteral("bolt")),
-        plain(BlockType::checklist, Names::tr("Checklist"), QStringLiteral("checklist")),
-        plain(BlockType::image, Names::tr("Image"), QStringLiteral("photo")),
-        plain(BlockType::code, Names::tr("Code"), QStringLiteral("chevron.left.forwardslash.chevron.right")),
-        plain(BlockType::stickyNote, Names::tr("Sticky note"), QStringLiteral("note.text")),
-        plain(BlockType::shape, Names::tr("Shape"), QStringLiteral("square.on.circle")),
-        plain(BlockType::voiceNote, Names::tr("Voice note"), QStringLiteral("mic")),
-        plain(BlockType::videoNote, Names::tr("Video note"), QStringLiteral("video")),
-        plain(BlockType::sketch, Names::tr("Sketch"), QStringLiteral("scribble")),
-        plain(BlockType::icon, Names::tr("Icon"), QStringLiteral("star")),
-    });
+    static const BlockKindRegistry registry(
+        {
+            {.type = BlockType::text,
+             .name = Names::tr("Text"),
+             .symbol = QStringLiteral("textformat"),
+             .body = qmlFile(QLatin1StringView("TextBlock")),
+             .isEditable = true,
+             .accessibleRole = QAccessible::StaticText,
+             .opensAtFirstClick = true,
+             .miniMapColor = &Theme::ink,
+             .toolbar = qmlFile(QLatin1StringView("TextToolbar")),
+             .color = &kindColors::text(),
+             .hasTextStyle = true},
+            {.type = BlockType::divider,
+             .name = Names::tr("Divider"),
+             .symbol = QStringLiteral("minus"),
+             .body = qmlFile(QLatin1StringView("DividerBlock")),
+             .isEditable = false,
+             .accessibleRole = QAccessible::Separator},
+            {.type = BlockType::shape,
+             .name = Names::tr("Shape"),
+             .symbol = QStringLiteral("square.on.circle"),
+             .body = qmlFile(QLatin1StringView("ShapeBlock")),
+             .isEditable = true,
+             .accessibleRole = QAccessible::Graphic,
+             .toolbar = qmlFile(QLatin1StringView("ShapeToolbar")),
+             .color = &kindColors::stroke(),
+             .hasTextStyle = true},
+            {.type = BlockType::sketch,
+             .name = Names::tr("Sketch"),
+             .symbol = QStringLiteral("scribble"),
+             .body = qmlFile(QLatin1StringView("SketchBlock")),
+             .isEditable = false,
+             .accessibleRole = QAccessible::Graphic,
+             .toolbar = qmlFile(QLatin1StringView("SketchToolbar")),
+             .color = &kindColors::strokes()},
+            edited(BlockType::table, Names::tr("Table"), QStringLiteral("tablecells"), QLatin1StringView("TableBlock"),
+                   QAccessible::Table, &Theme::blue),
+            {.type = BlockType::automation,
+             .name = Names::tr("Automation"),
+             .symbol = QStringLiteral("bolt"),
+             .body = qmlFile(QLatin1StringView("AutomationBlock")),
+             .isEditable = false,
+             .accessibleRole = QAccessible::Grouping},
+            edited(BlockType::checklist, Names::tr("Checklist"), QStringLiteral("checklist"),
+                   QLatin1StringView("ChecklistBlock"), QAccessible::List, &Theme::green),
+            {.type = BlockType::image,
+             .name = Names::tr("Image"),
+             .symbol = QStringLiteral("photo"),
+             .body = qmlFile(QLatin1StringView("ImageBlock")),
+             .isEditable = false,
+             .accessibleRole = QAccessible::Graphic,
+             .miniMapColor = &Theme::purple},
+            edited(BlockType::code, Names::tr("Code"), QStringLiteral("chevron.left.forwardslash.chevron.right"),
+                   QLatin1StringView("CodeBlock"), QAccessible::Grouping, &Theme::orange),
+            withToolbar(edited(BlockType::stickyNote, Names::tr("Sticky note"), QStringLiteral("note.text"),
+                               QLatin1StringView("StickyNoteBlock"), QAccessible::Note, &Theme::yellow),
+                        QLatin1StringView("NoteToolbar")),
+            plain(BlockType::voiceNote, Names::tr("Voice note"), QStringLiteral("mic")),
+            plain(BlockType::videoNote, Names::tr("Video note"), QStringLiteral("video")),
+            {.type = BlockType::icon,
+             .name = Names::tr("Icon"),
+             .symbol = QStringLiteral("star"),
+             .body = qmlFile(QLatin1StringView("IconBlock")),
+             .isEditable = true,
+             .accessibleRole = QAccessible::Graphic,
+             .toolbar = qmlFile(QLatin1StringView("IconToolbar")),
+             .color = &kindColors::icon()},
+        },
+        qmlFile(QLatin1StringView("ColorToolbar")));
     return registry;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "canvas/BlockKindRegistry.h"
+#include "canvas/model/BlockKindRegistry.h"
 
 namespace tallowby {
 

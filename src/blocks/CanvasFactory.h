@@ -1,6 +1,6 @@
 #pragma once
 
-#include "canvas/InfiniteCanvasView.h"
+#include "canvas/view/InfiniteCanvasView.h"
 
 #include <memory>
 

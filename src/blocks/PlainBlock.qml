@@ -10,11 +10,12 @@ PlainBlockContent {
     readonly property bool isSmall: content.width < 120 || content.height < 56
 
     // Opaque and without smoothed edges, unless it is turned: then the symbols and texts of all cards are drawn together
-    // instead of card by card.
+    // instead of card by card. Too small to be read, it keeps a radius that rounds nothing off: what has one hides
+    // nothing for Qt's own painter, which else cuts hundreds of cards out of what lies below them, one by one.
     Rectangle {
         anchors.fill: parent
         antialiasing: content.block.rotation !== 0
-        radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0
+        radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0.5
         color: Theme.surface
         border { width: 1; color: Theme.surfaceEdge }
     }

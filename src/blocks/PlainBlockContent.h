@@ -1,6 +1,6 @@
 #pragma once
 
-#include "canvas/BlockBody.h"
+#include "canvas/container/BlockBody.h"
 
 namespace tallowby {
 

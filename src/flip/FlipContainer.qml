@@ -12,12 +12,19 @@ Item {
         id: backdropView
 
         anchors.fill: parent
-        shade: sceneView.usesShaders ? sceneView.shadowOpacity : 0
+        shade: sceneView.shadowOpacity
     }
 
     FlipScene {
         id: sceneView
 
         anchors.fill: parent
+    }
+
+    PaintedTurn {
+        anchors.fill: parent
+        visible: !sceneView.usesShaders
+        scene: sceneView
+        backdrop: backdropView
     }
 }

@@ -1,7 +1,7 @@
 #include "model/AnyCodable.h"
 
-#include "model/JsonReading.h"
-#include "model/JsonText.h"
+#include "model/json/JsonReading.h"
+#include "model/json/JsonText.h"
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>

@@ -146,19 +146,6 @@ void Block::setContent(const QByteArray &content) {
     write(&BlockFields::content, content, &Block::contentChanged);
 }
 
-void Block::setContentField(const QString &key, const AnyCodable &value) {
-    AnyCodable::Object payload;
-    if (const auto current = AnyCodable::fromJson(content())) {
-        if (const auto *object = std::get_if<AnyCodable::Object>(&current->value())) {
-            payload = *object;
-        }
-    }
-    payload.set(key, value);
-    if (const auto json = AnyCodable(std::move(payload)).toJson()) {
-        setContent(*json);
-    }
-}
-
 void Block::setRawText(const std::optional<QString> &text) {
     write(&BlockFields::rawText, text, &Block::rawTextChanged);
 }

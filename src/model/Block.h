@@ -1,9 +1,12 @@
 #pragma once
 
 #include "model/BlockType.h"
+#include "model/ChecklistItem.h"
+#include "model/SketchStroke.h"
 #include "model/Timestamp.h"
 
 #include <QByteArray>
+#include <QImage>
 #include <QObject>
 #include <QPointF>
 #include <QSharedData>
@@ -129,6 +132,50 @@ public:
     /// Sets one key of the payload and leaves the others as they are. A payload that is no JSON object counts as empty;
     /// a value that cannot be written leaves the payload alone.
     void setContentField(const QString &key, const AnyCodable &value);
+    /// One key of the payload; none when it is missing or the payload cannot be read whole.
+    [[nodiscard]] std::optional<AnyCodable> contentField(const QString &key) const;
+
+    /// What the payload says, by kind. Each call reads the whole payload, so a view keeps what it shows. A payload that
+    /// is no JSON object, and a key that is missing or holds another type, reads as the default. A writer changes its
+    /// own keys only, but `setTableData`, which replaces the payload; a value that cannot be written changes nothing.
+    [[nodiscard]] QString checklistTitle() const;
+    [[nodiscard]] std::vector<ChecklistItemPtr> checklistItems() const;
+    void setChecklistItems(const std::vector<ChecklistItemPtr> &items);
+    /// Rows of cells.
+    [[nodiscard]] std::vector<QStringList> tableData() const;
+    void setTableData(const std::vector<QStringList> &rows);
+    [[nodiscard]] ShapeType shapeType() const;
+    void setShapeType(ShapeType type);
+    /// "#" and six hexadecimal digits, "#FFFFFF" unless set.
+    [[nodiscard]] QString fillColor() const;
+    /// The same, "#333333" unless set.
+    [[nodiscard]] QString strokeColor() const;
+    /// Points, 2 unless set. Nobody has checked that it is positive.
+    [[nodiscard]] double strokeWidth() const;
+    /// In canvas coordinates, whatever the frame of the block. Strokes and points without a member that they need are
+    /// left out.
+    [[nodiscard]] std::vector<SketchStroke> sketchStrokes() const;
+    void setSketchStrokes(const std::vector<SketchStroke> &strokes);
+    /// As the record has it: whoever opens the file checks the name.
+    [[nodiscard]] std::optional<QString> mediaFileName() const;
+    void setMediaFileName(const std::optional<QString> &name);
+    /// Seconds.
+    [[nodiscard]] double mediaDuration() const;
+    void setMediaDuration(double seconds);
+    /// The name of a symbol, "star" unless set.
+    [[nodiscard]] QString iconName() const;
+    /// The picture's file; none when there is none or its base64 is broken.
+    [[nodiscard]] std::optional<QByteArray> imageData() const;
+    /// Null when there is no picture, or one that is not safe to decode (see ImageDecoding.h).
+    [[nodiscard]] QImage uiImage() const;
+    [[nodiscard]] bool flipHorizontal() const;
+    [[nodiscard]] bool flipVertical() const;
+
+    /// Fits the frame to the strokes with `padding` on each side, 60 points a side at least. Strokes without any point
+    /// leave it alone.
+    void recomputeSketchBounds(double padding);
+    void shiftSketchPoints(double dx, double dy);
+
     [[nodiscard]] const std::optional<QString> &rawText() const { return m_fields->rawText; }
     [[nodiscard]] QString rawTextOrEmpty() const { return m_fields->rawText.value_or(QString()); }
     void setRawText(const std::optional<QString> &text);
@@ -209,6 +256,8 @@ Q_SIGNALS:
 private:
     template <typename Value>
     void write(Value BlockFields::*field, const Value &value, void (Block::*changed)());
+    /// Puts `"key":value`, which is compact JSON, in the place of the key; empty text takes the key out.
+    void setPayloadMember(const QByteArray &key, const QByteArray &member);
 
     SharedBlockFields m_fields;
     BlockChangeListener *m_listener = nullptr;
@@ -217,5 +266,8 @@ private:
     bool m_needsSync = false;
 };
 using BlockPtr = std::shared_ptr<Block>;
+
+/// What `Block::imageData` gives for a block with that payload. On any thread.
+[[nodiscard]] std::optional<QByteArray> imageDataIn(const QByteArray &content);
 
 } // namespace tallowby

@@ -1,6 +1,6 @@
 #include "model/BlockDTO.h"
 
-#include "model/JsonReading.h"
+#include "model/json/JsonReading.h"
 
 namespace tallowby {
 

@@ -1,8 +1,8 @@
 #include "model/BlockRecordReader.h"
 
-#include "model/JsonReading.h"
-#include "model/JsonText.h"
 #include "model/TimestampCoding.h"
+#include "model/json/JsonReading.h"
+#include "model/json/JsonText.h"
 
 #include <algorithm>
 #include <bitset>

@@ -1,8 +1,8 @@
 #include "model/BlockRecordWriter.h"
 
-#include "model/JsonReading.h"
-#include "model/JsonText.h"
 #include "model/TimestampCoding.h"
+#include "model/json/JsonReading.h"
+#include "model/json/JsonText.h"
 
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>

@@ -1,6 +1,6 @@
 #include "model/TimestampCoding.h"
 
-#include "model/JsonText.h"
+#include "model/json/JsonText.h"
 
 namespace tallowby {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "model/JsonReading.h"
 #include "model/Timestamp.h"
+#include "model/json/JsonReading.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
-#include "blocks/AutoExpandingTextEditor.h"
 #include "blocks/BlockKinds.h"
 #include "blocks/CanvasDriver.h"
-#include "blocks/TextBlockContent.h"
+#include "blocks/text/AutoExpandingTextEditor.h"
+#include "blocks/text/TextBlockContent.h"
 
 #include <gtest/gtest.h>
 
@@ -31,6 +31,8 @@ TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
         EXPECT_EQ(container->body()->kindName(), blockKinds().kind(type).name);
         EXPECT_EQ(container->accessibleName(), blockKinds().kind(type).name + QStringLiteral(": content %1").arg(kind));
         EXPECT_NE(container->accessibleRole(), QAccessible::NoRole);
+        EXPECT_TRUE(container->isEnabled()) << "a screen reader would say that it is not to be used";
+        EXPECT_EQ(container->body()->isEnabled(), container->body()->takesPointerAtRest());
     }
     canvas.settle();
 }

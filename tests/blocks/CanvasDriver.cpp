@@ -4,12 +4,25 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
 #include <QPointingDevice>
 #include <QWheelEvent>
 
+#include <qpa/qwindowsysteminterface.h>
+
 namespace tallowby::test {
+
+namespace {
+
+/// Kept for the rest of the process: windows remember the devices that they have seen.
+const QPointingDevice *registered(QPointingDevice *device) {
+    QWindowSystemInterface::registerInputDevice(device);
+    return device;
+}
+
+} // namespace
 
 CanvasDriver::CanvasDriver() {
     view = makeCanvasView(engine, model, notifications);
@@ -49,23 +62,98 @@ void CanvasDriver::type(const QString &text) {
     }
 }
 
-void CanvasDriver::click(QPointF position, Qt::KeyboardModifiers modifiers) {
-    QMouseEvent down(QEvent::MouseButtonPress, position, position, Qt::LeftButton, Qt::LeftButton, modifiers);
+void CanvasDriver::hold(Qt::Key key, const QString &text) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
     QCoreApplication::sendEvent(&window, &down);
-    QMouseEvent up(QEvent::MouseButtonRelease, position, position, Qt::LeftButton, Qt::NoButton, modifiers);
+}
+
+void CanvasDriver::letGo(Qt::Key key) {
+    QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier);
     QCoreApplication::sendEvent(&window, &up);
 }
 
+void CanvasDriver::down(QPointF position, Qt::MouseButton button, Qt::KeyboardModifiers modifiers) {
+    m_button = button;
+    m_modifiers = modifiers;
+    m_position = position;
+    QMouseEvent event(QEvent::MouseButtonPress, position, position, button, button, modifiers);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+void CanvasDriver::moveTo(QPointF position) {
+    m_position = position;
+    QMouseEvent event(QEvent::MouseMove, position, position, Qt::NoButton, m_button, m_modifiers);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+void CanvasDriver::up() {
+    QMouseEvent event(QEvent::MouseButtonRelease, m_position, m_position, m_button, Qt::NoButton, m_modifiers);
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+void CanvasDriver::click(QPointF position, Qt::KeyboardModifiers modifiers) {
+    down(position, Qt::LeftButton, modifiers);
+    up();
+}
+
 void CanvasDriver::drag(QPointF from, QPointF to, Qt::MouseButton button) {
-    QMouseEvent down(QEvent::MouseButtonPress, from, from, button, button, Qt::NoModifier);
-    QCoreApplication::sendEvent(&window, &down);
-    for (const double way : {0.5, 1.0}) {
-        const QPointF at = from + way * (to - from);
-        QMouseEvent move(QEvent::MouseMove, at, at, Qt::NoButton, button, Qt::NoModifier);
-        QCoreApplication::sendEvent(&window, &move);
+    down(from, button);
+    moveTo((from + to) / 2);
+    moveTo(to);
+    up();
+}
+
+void CanvasDriver::stroke(const std::vector<std::pair<QPointF, double>> &points) {
+    static const auto *const kPen = registered(new QPointingDevice(
+        QStringLiteral("pen"), 7, QInputDevice::DeviceType::Stylus, QPointingDevice::PointerType::Pen,
+        QInputDevice::Capability::Position | QInputDevice::Capability::Pressure, 1, 1));
+    // The window hears of the pen first; the mouse that stands in for it follows.
+    const auto send = [this](QEvent::Type type, QPointF at, double pressure) {
+        const bool isDown = type != QEvent::TabletRelease;
+        QTabletEvent event(type, kPen, at, at, pressure, 0, 0, 0, 0, 0, Qt::NoModifier, Qt::LeftButton,
+                           isDown ? Qt::LeftButton : Qt::NoButton);
+        QCoreApplication::sendEvent(&window, &event);
+    };
+    send(QEvent::TabletPress, points.front().first, points.front().second);
+    down(points.front().first);
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        send(QEvent::TabletMove, points[i].first, points[i].second);
+        moveTo(points[i].first);
     }
-    QMouseEvent up(QEvent::MouseButtonRelease, to, to, button, Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&window, &up);
+    send(QEvent::TabletRelease, points.back().first, 0);
+    up();
+}
+
+void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps) {
+    static const auto *const kScreen =
+        registered(new QPointingDevice(QStringLiteral("screen"), 8, QInputDevice::DeviceType::TouchScreen,
+                                       QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position, 5, 0));
+    const auto send = [this](const std::vector<QPointF> &fingers, QEventPoint::State state) {
+        QList<QWindowSystemInterface::TouchPoint> points;
+        for (const QPointF &finger : fingers) {
+            QWindowSystemInterface::TouchPoint point;
+            point.id = int(points.size());
+            point.area = QRectF(window.mapToGlobal(finger) - QPointF(1, 1), QSizeF(2, 2));
+            point.state = state;
+            points << point;
+        }
+        QWindowSystemInterface::handleTouchEvent(&window, kScreen, points);
+        settle();
+    };
+    send(steps.front(), QEventPoint::State::Pressed);
+    for (std::size_t step = 1; step < steps.size(); ++step) {
+        send(steps[step], QEventPoint::State::Updated);
+    }
+    send(steps.back(), QEventPoint::State::Released);
+}
+
+void CanvasDriver::drop(QPointF position, const QList<QUrl> &files) {
+    QMimeData content;
+    content.setUrls(files);
+    QDragEnterEvent enter(position.toPoint(), Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &enter);
+    QDropEvent event(position, Qt::CopyAction, &content, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &event);
 }
 
 void CanvasDriver::wheel(QPointF position, QPoint angle, Qt::KeyboardModifiers modifiers) {

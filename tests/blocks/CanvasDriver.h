@@ -1,9 +1,10 @@
 #pragma once
 
 #include "blocks/CanvasFactory.h"
-#include "canvas/BlockContainerView.h"
+#include "canvas/container/BlockContainerView.h"
 #include "storage/BlockStorage.h"
 #include "storage/DebouncedSaver.h"
+#include "support/FakePasteboard.h"
 #include "support/LogCapture.h"
 #include "support/VirtualScheduler.h"
 
@@ -12,6 +13,8 @@
 #include <QQuickWindow>
 
 #include <map>
+#include <utility>
+#include <vector>
 
 namespace tallowby::test {
 
@@ -32,6 +35,18 @@ public:
     void type(const QString &text);
     void click(QPointF position, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void drag(QPointF from, QPointF to, Qt::MouseButton button = Qt::LeftButton);
+    /// A drag in pieces.
+    void down(QPointF position, Qt::MouseButton button = Qt::LeftButton,
+              Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    void moveTo(QPointF position);
+    void up();
+    /// The same with a pen that presses so hard, from 0 to 1.
+    void stroke(const std::vector<std::pair<QPointF, double>> &points);
+    /// Fingers that go down, move and leave.
+    void touch(const std::vector<std::vector<QPointF>> &steps);
+    void drop(QPointF position, const QList<QUrl> &files);
+    void hold(Qt::Key key, const QString &text);
+    void letGo(Qt::Key key);
     void wheel(QPointF position, QPoint angle, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void pinch(QPointF position, double magnification);
     /// What an input method does: sends to whatever holds the focus, and returns before anything else runs.
@@ -51,10 +66,16 @@ public:
     BlockStorage storage{scheduler, std::nullopt};
     DebouncedSaver saver{scheduler, storage};
     NotificationCenter notifications;
-    CanvasViewModel model{storage, saver, notifications, scheduler};
+    FakePasteboard pasteboard;
+    CanvasViewModel model{storage, saver, notifications, scheduler, pasteboard};
     QQmlEngine engine;
     QQuickWindow window;
     std::unique_ptr<InfiniteCanvasView> view;
+
+private:
+    Qt::MouseButton m_button = Qt::NoButton;
+    Qt::KeyboardModifiers m_modifiers;
+    QPointF m_position;
 };
 
 } // namespace tallowby::test

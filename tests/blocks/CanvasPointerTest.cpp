@@ -48,13 +48,13 @@ TEST_F(CanvasPointer, AClickOnEmptyCanvasEndsEditingAndDeselects) {
 
 TEST_F(CanvasPointer, AClickSelectsOtherKindsAndShiftAddsThem) {
     const BlockPtr sticky = canvas.add(BlockType::stickyNote, {0, 0, 100, 100});
-    const BlockPtr shape = canvas.add(BlockType::shape, {150, 0, 100, 100});
+    const BlockPtr picture = canvas.add(BlockType::image, {150, 0, 100, 100});
     canvas.click({410, 310});
     EXPECT_THAT(canvas.model.selectedBlocks(), testing::ElementsAre(sticky));
     canvas.click({560, 310}, Qt::ShiftModifier);
-    EXPECT_THAT(canvas.model.selectedBlocks(), testing::ElementsAre(sticky, shape));
+    EXPECT_THAT(canvas.model.selectedBlocks(), testing::ElementsAre(sticky, picture));
     canvas.click({410, 310}, Qt::ShiftModifier);
-    EXPECT_THAT(canvas.model.selectedBlocks(), testing::ElementsAre(shape));
+    EXPECT_THAT(canvas.model.selectedBlocks(), testing::ElementsAre(picture));
     canvas.press(Qt::Key_Return);
     EXPECT_FALSE(canvas.model.isAnyBlockEditing()) << "nothing takes typing there";
 }

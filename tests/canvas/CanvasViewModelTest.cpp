@@ -1,7 +1,8 @@
-#include "canvas/CanvasViewModel.h"
+#include "canvas/model/CanvasViewModel.h"
 #include "platform/AppEvents.h"
 #include "storage/BlockStorage.h"
 #include "storage/DebouncedSaver.h"
+#include "support/FakePasteboard.h"
 #include "support/LogCapture.h"
 #include "support/VirtualScheduler.h"
 
@@ -36,7 +37,8 @@ struct CanvasModel : testing::Test {
     BlockStorage storage{scheduler, std::nullopt};
     DebouncedSaver saver{scheduler, storage};
     NotificationCenter notifications;
-    CanvasViewModel model{storage, saver, notifications, scheduler};
+    test::FakePasteboard pasteboard;
+    CanvasViewModel model{storage, saver, notifications, scheduler, pasteboard};
 };
 
 TEST_F(CanvasModel, SpawnsATextBlockAroundThePoint) {
@@ -57,13 +59,12 @@ TEST_F(CanvasModel, SpawnsATextBlockAroundThePoint) {
     EXPECT_TRUE(model.isAnyBlockEditing());
     EXPECT_THAT(model.visibleBlocks(), ElementsAre(old, block));
     EXPECT_EQ(storage.findById(block->id()), block);
-    EXPECT_EQ(model.spawnBlock({}, BlockType::sketch, {}), nullptr) << "nobody can make one here";
 }
 
 TEST_F(CanvasModel, DepthNeverOverflows) {
     add(BlockType::shape, {0, 0, 10, 10}, std::numeric_limits<qint64>::max());
     test::VirtualScheduler clock;
-    CanvasViewModel later(storage, saver, notifications, clock);
+    CanvasViewModel later(storage, saver, notifications, clock, pasteboard);
     const BlockPtr above = later.spawnBlock({}, BlockType::text, QStringLiteral("x"));
     EXPECT_EQ(above->zIndex(), std::numeric_limits<qint64>::max());
     EXPECT_EQ(later.blocks().back(), above);

@@ -1,4 +1,5 @@
 #include "platform/theme/Theme.h"
+#include "platform/theme/SymbolTable.h"
 #include "platform/theme/ThemeImageProvider.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QPalette>
+#include <QSet>
 
 #include <algorithm>
 #include <cmath>
@@ -81,11 +83,25 @@ TEST(ThemeImages, TintSymbolsAndShowADefaultForUnknownOnes) {
         }
         EXPECT_GT(painted, 20) << qPrintable(name);
     }
-    EXPECT_LE(provider.requestImage(QStringLiteral("symbol/plus/fff"), &size, {100'000, 100'000}).width(), 512);
+    EXPECT_LE(provider.requestImage(QStringLiteral("symbol/plus/fff"), &size, {100'000, 100'000}).width(), 1024);
     const QImage shadow = provider.requestImage(QStringLiteral("shadow/12/10/1"), &size, {});
     EXPECT_EQ(size, QSize(45, 45));
     EXPECT_GT(shadow.pixelColor(22, 22).alpha(), 200);
     EXPECT_LT(shadow.pixelColor(0, 0).alpha(), 10);
+}
+
+TEST(Symbols, AreManyAndEachHasAPicture) {
+    QSet<QString> names;
+    for (const SymbolCategory &category : symbolCategories()) {
+        EXPECT_FALSE(category.symbols.empty());
+        for (const SymbolEntry &symbol : category.symbols) {
+            EXPECT_TRUE(QFile::exists(symbolFile(symbol.name))) << qPrintable(symbol.name);
+            EXPECT_FALSE(names.contains(symbol.name)) << qPrintable(symbol.name);
+            names << symbol.name;
+        }
+    }
+    EXPECT_GE(names.size(), 150);
+    EXPECT_FALSE(isSymbol(QStringLiteral("../etc/passwd")));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "canvas/Viewport.h"
+#include "canvas/view/Viewport.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "canvas/VisibleBlocksModel.h"
+#include "canvas/model/VisibleBlocksModel.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -95,8 +95,8 @@ TEST_F(VisibleRows, SingleChangesAreOneRowEach) {
     model.append(blocks("d").front());
     model.moveToEnd(*blocks("b").front());
     model.moveToEnd(*blocks("b").front());
-    model.remove(*blocks("a").front());
-    model.remove(*blocks("a").front());
+    model.removeAll({blocks("a").front().get()});
+    model.removeAll({blocks("a").front().get()});
     EXPECT_THAT(log.take(), ElementsAre("insert 3..3", "move 1..4", "remove 0..0"));
     EXPECT_EQ(rows(), "cdb");
     EXPECT_EQ(model.data(model.index(0), VisibleBlocksModel::BlockRole).value<Block *>(), blocks("c").front().get());

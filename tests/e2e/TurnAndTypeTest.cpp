@@ -114,6 +114,17 @@ TEST_F(TurnAndType, DraggingThePaperAndTheWheelMoveWhereANewNoteLies) {
     EXPECT_GT(noteAt(QStringLiteral("nearer")).x(), noteAt(QStringLiteral("moved")).x() + 30);
 }
 
+TEST_F(TurnAndType, AGraphicsInterfaceDrawsTheSameWayThereAndBack) {
+    environment().insert(QStringLiteral("QSG_RHI_BACKEND"), QStringLiteral("opengl"));
+    startProgram();
+    pressHotKey();
+    keyboard.type(u"drawn by shaders");
+    ASSERT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
+    EXPECT_TRUE(notesBecome({QStringLiteral("drawn by shaders")}));
+    closeCanvas();
+    EXPECT_TRUE(eventually([this] { return other.hasFocus(); }));
+}
+
 TEST_F(TurnAndType, WithReducedMotionTheWayThereAndBackIsTheSame) {
     environment().insert(QStringLiteral("TALLOWBY_REDUCED_MOTION"), QStringLiteral("1"));
     startProgram();

@@ -2,7 +2,7 @@
 #include "flip/scene/HexColor.h"
 #include "flip/scene/KeyframeCurve.h"
 #include "flip/scene/Picture.h"
-#include "flip/scene/SpringCurve.h"
+#include "platform/theme/SpringCurve.h"
 
 #include <gtest/gtest.h>
 

@@ -151,6 +151,32 @@ TEST_F(FlipScene, showsItsBackReadably) {
     EXPECT_TRUE(placeOf(0xFF0000, window.grabWindow()).isNull());
 }
 
+TEST_F(FlipScene, paintsThePictureOfAViewThatComesWithTheFirstFrame) {
+    QQuickWindow window;
+    window.resize(640, 360);
+    container->setParentItem(window.contentItem());
+    QQmlComponent component(&test::qmlEngine());
+    component.setData("import QtQuick; Rectangle { color: '#00ff00'; width: 640; height: 360 }", {});
+    const std::unique_ptr<QQuickItem> view(qobject_cast<QQuickItem *>(component.create()));
+    view->setParentItem(window.contentItem());
+    view->setOpacity(0);
+    window.show();
+    QCoreApplication::processEvents();
+    scene->setBackContent(view.get());
+    flip();
+    (void) window.grabWindow();
+    QCoreApplication::processEvents(); // The pictures are delivered.
+    scene->noteFramePresented();
+    clock.advance(250ms);
+    scene->advanceFrame();
+    const QImage halfWay = window.grabWindow();
+    EXPECT_EQ(qGreen(halfWay.pixel(320, 180)) / 16, 255 * 83 / 100 / 16) << "under the shadow";
+    EXPECT_EQ(qRed(halfWay.pixel(320, 180)), 0);
+    EXPECT_GT(qRed(halfWay.pixel(4, 180)), 100) << "beside the card";
+    clock.advance(3s);
+    EXPECT_EQ(window.grabWindow().pixel(320, 180), 0xFF00FF00);
+}
+
 TEST(CanvasWrapper, letsAViewGoThatAnotherTakes) {
     test::NotingCanvas canvas;
     {

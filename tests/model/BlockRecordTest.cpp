@@ -1,7 +1,7 @@
 #include "model/BlockRecordReader.h"
 #include "model/BlockRecordWriter.h"
-#include "model/JsonReading.h"
 #include "model/TimestampCoding.h"
+#include "model/json/JsonReading.h"
 
 #include <gtest/gtest.h>
 
@@ -109,6 +109,8 @@ TEST(BlockRecord, BringsPayloadsIntoOneForm) {
         {R"({"a":[],"b":{}})", R"({"a":[],"b":{}})"},
         {"{ \"a\" : [ 1 , 2.0 ] ,\n \"b\" : 1.50 }", R"({"a":[1,2],"b":1.5})"},
         {R"({"a":1e3,"b":-0,"c":1000000000000000000000000})", R"({"a":1000,"b":0,"c":1e+24})"},
+        {R"({"a":0.30000000000000004,"b":0.10000000000000000555,"c":-123.45678901234567})",
+         R"({"a":0.30000000000000004,"b":0.1,"c":-123.45678901234567})"},
         {R"({"a":1,"a":2})", R"({"a":2})"},
         {R"({"\u0061":"\u0041"})", R"({"a":"A"})"},
         {R"({"a":{"b\"c":1},"d":"x\"y"})", R"({"a":{"b\"c":1},"d":"x\"y"})"},

@@ -39,12 +39,12 @@ FloatingPill {
             Accessible.description: qsTr("Reset zoom to 100%")
             onClicked: control.resetZoom()
 
-            contentItem: Text {
-                color: reset.hovered ? Theme.ink : Theme.inkSoft
-                font { family: Theme.uiFamily; pixelSize: Theme.labelSize; weight: Font.Medium }
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
-                text: reset.text
+            contentItem: Item {
+                TabularText {
+                    anchors.centerIn: parent
+                    color: reset.hovered ? Theme.ink : Theme.inkSoft
+                    text: reset.text
+                }
             }
             background: Rectangle {
                 radius: height / 2

@@ -7,7 +7,7 @@ BackdropView {
     Rectangle {
         anchors.fill: parent
         color: backdrop.shadedVeil
-        visible: !backdrop.hasCapture
+        visible: !backdrop.hasCapture && backdrop.usesShaders
     }
 
     BlurredPicture {
@@ -18,17 +18,5 @@ BackdropView {
         veilColor: backdrop.veilColor
         veilStrength: backdrop.veilStrength
         shade: backdrop.shade
-    }
-
-    Picture {
-        anchors.fill: parent
-        visible: backdrop.hasCapture && !backdrop.usesShaders
-        image: backdrop.capture
-
-        Rectangle {
-            anchors.fill: parent
-            color: backdrop.shadedVeil
-            opacity: backdrop.veilStrength
-        }
     }
 }

@@ -1,7 +1,7 @@
 #include "flip/scene/BackdropView.h"
 
 #include "flip/scene/HexColor.h"
-#include "flip/scene/SceneGraph.h"
+#include "platform/scene/SceneGraph.h"
 
 namespace tallowby {
 

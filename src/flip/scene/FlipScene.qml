@@ -7,6 +7,7 @@ FlipSceneView {
     id: scene
 
     frontFace: front
+    frontContent: mark
     backFace: back
     backPicture: canvasPicture
 
@@ -16,6 +17,9 @@ FlipSceneView {
         anchors.fill: parent
 
         Column {
+            id: mark
+
+            visible: scene.usesShaders
             anchors.centerIn: parent
             width: 320
             height: 220
@@ -52,7 +56,7 @@ FlipSceneView {
         x: -width
         width: 1
         height: 1
-        sourceItem: scene.showsImage ? snapshot : scene.pictureSource
+        sourceItem: !scene.usesShaders ? null : scene.showsImage ? snapshot : scene.pictureSource
         sourceRect: scene.pictureRect
         live: scene.showsImage
         smooth: true
@@ -66,7 +70,7 @@ FlipSceneView {
         Rectangle {
             anchors.fill: parent
             color: scene.creamColor
-            visible: !cardFace.visible
+            visible: scene.usesShaders && !cardFace.visible
         }
 
         Picture {
@@ -74,7 +78,7 @@ FlipSceneView {
 
             anchors.fill: parent
             image: scene.backImage
-            visible: !scene.usesShaders
+            visible: false
         }
 
         ShaderEffect {
@@ -89,13 +93,5 @@ FlipSceneView {
             blending: scene.crossFades
             visible: scene.usesShaders && canvasPicture.sourceItem !== null
         }
-    }
-
-    // With shaders, card and backdrop darken themselves: one pass over the whole view less in every frame.
-    Rectangle {
-        anchors.fill: parent
-        color: "black"
-        opacity: scene.shadowOpacity
-        visible: !scene.usesShaders
     }
 }

@@ -2,11 +2,14 @@
 
 #include "flip/scene/HexColor.h"
 #include "flip/scene/Picture.h"
-#include "flip/scene/SceneGraph.h"
 #include "platform/Log.h"
+#include "platform/scene/SceneGraph.h"
 
+#include <QQuickItemGrabResult>
 #include <QQuickWindow>
+#include <QScreen>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -15,6 +18,10 @@ namespace tallowby {
 namespace {
 
 constexpr double kOpenAngle = std::numbers::pi;
+
+/// In frames a second; a screen that does not know its rate says 0.
+constexpr double kSlowestRefresh = 60;
+constexpr double kFastestRefresh = 144;
 
 constexpr double kSpringMass = 1.0;
 constexpr double kSpringStiffness = 220.0;
@@ -79,6 +86,7 @@ void FlipSceneView::setBackContent(QQuickItem *view) {
 void FlipSceneView::releasePicture() {
     if (m_pictureSource) {
         m_pictureSource = nullptr;
+        m_viewImage = {};
         Q_EMIT pictureChanged();
     }
 }
@@ -121,7 +129,7 @@ void FlipSceneView::flip(std::function<void()> completion) {
     armFrameWatch(m_turn->duration + kFrameGrace);
     if (QQuickWindow *const shown = window()) {
         m_frameSignals = {
-            connect(shown, &QQuickWindow::afterAnimating, this, &FlipSceneView::advanceFrame),
+            connect(shown, &QQuickWindow::afterAnimating, this, &FlipSceneView::prepareFrame),
             // Comes from the thread that renders.
             connect(shown, &QQuickWindow::frameSwapped, this, &FlipSceneView::noteFramePresented),
         };
@@ -138,6 +146,7 @@ void FlipSceneView::cleanup() {
     m_backView = nullptr;
     m_hasBackView = false;
     m_backImage = {};
+    m_viewImage = {};
     m_pictureSource = nullptr;
     Q_EMIT pictureChanged();
     if (wasOpen) {
@@ -149,11 +158,18 @@ void FlipSceneView::cleanup() {
     logLine(u"[FlipSceneView] 🧹 Resources cleaned up and GPU memory released");
 }
 
+void FlipSceneView::prepareFrame() {
+    if (m_turn && (usesShaders() || !m_turn->start)) {
+        advanceFrame();
+    }
+}
+
 void FlipSceneView::advanceFrame() {
     if (!m_turn) {
         return;
     }
-    m_turn->lastFrame = m_scheduler->monotonic();
+    const Scheduler::Duration now = m_scheduler->monotonic();
+    m_turn->lastFrame = now;
     if (!m_turn->start) {
         m_turn->isFirstFramePrepared = true;
         return;
@@ -163,7 +179,7 @@ void FlipSceneView::advanceFrame() {
         endTurn();
         return;
     }
-    const Scheduler::Duration elapsed = m_turn->lastFrame - *m_turn->start;
+    const Scheduler::Duration elapsed = now - *m_turn->start;
     m_turn->isEndPrepared = elapsed >= m_turn->duration;
     showTurn(std::min(elapsed, m_turn->duration));
     requestFrame();
@@ -201,9 +217,42 @@ void FlipSceneView::takePicture() {
     m_pictureSource = m_backView;
     updatePictureRect();
     Q_EMIT pictureChanged();
-    if (m_backPicture) {
+    if (!usesShaders()) {
+        grabPictures();
+    } else if (m_backPicture) {
         QMetaObject::invokeMethod(m_backPicture, "scheduleUpdate");
     }
+}
+
+/// The pictures come with the next frame.
+void FlipSceneView::grabPictures() {
+    if (!window() || !window()->isVisible()) {
+        return;
+    }
+    const QSharedPointer<QQuickItemGrabResult> back = m_backView->grabToImage();
+    connect(
+        back.get(), &QQuickItemGrabResult::ready, this,
+        [this, back, view = m_backView] {
+            // A picture that was given up meanwhile is not kept.
+            if (view && m_pictureSource == view) {
+                m_viewImage = back->image();
+                Q_EMIT pictureChanged();
+            }
+        },
+        Qt::SingleShotConnection);
+    const double ratio = window()->effectiveDevicePixelRatio();
+    if (!m_frontContent || m_frontImage.size() == (m_frontContent->size() * ratio).toSize()) {
+        return;
+    }
+    const QSharedPointer<QQuickItemGrabResult> front = m_frontContent->grabToImage();
+    connect(
+        front.get(), &QQuickItemGrabResult::ready, this,
+        [this, front] {
+            m_frontImage = front->image().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+            m_frontImage.setDevicePixelRatio(1);
+            Q_EMIT pictureChanged();
+        },
+        Qt::SingleShotConnection);
 }
 
 void FlipSceneView::showTurn(Scheduler::Duration elapsed) {
@@ -228,6 +277,7 @@ void FlipSceneView::showRest() {
 }
 
 void FlipSceneView::showRotation(double angle) {
+    m_angle = angle;
     m_frontTransform.setAngle(angle);
     m_backTransform.setAngle(angle + std::numbers::pi);
     // The viewer stands on the axis through the card's centre, so a face is seen exactly when its cosine is positive.
@@ -239,9 +289,11 @@ void FlipSceneView::showRotation(double angle) {
         m_backFace->setVisible(!isFrontSeen);
         m_backFace->setOpacity(1);
     }
+    Q_EMIT poseChanged();
 }
 
 void FlipSceneView::showCrossFade(double backOpacity) {
+    m_backOpacity = backOpacity;
     m_frontTransform.setAngle(0);
     m_backTransform.setAngle(0);
     if (m_frontFace) {
@@ -251,11 +303,13 @@ void FlipSceneView::showCrossFade(double backOpacity) {
         m_backFace->setVisible(backOpacity > 0);
         m_backFace->setOpacity(backOpacity);
     }
+    Q_EMIT poseChanged();
 }
 
 void FlipSceneView::setShadowOpacity(qreal opacity) {
     if (std::exchange(m_shadowOpacity, opacity) != opacity) {
         Q_EMIT shadowOpacityChanged();
+        Q_EMIT poseChanged();
     }
 }
 
@@ -288,6 +342,7 @@ void FlipSceneView::endTurn() {
 void FlipSceneView::stopTurn() {
     m_turn.reset();
     m_frameWatch.cancel();
+    m_nextFrame.cancel();
     for (const QMetaObject::Connection &signal : m_frameSignals) {
         disconnect(signal);
     }
@@ -295,9 +350,21 @@ void FlipSceneView::stopTurn() {
 }
 
 void FlipSceneView::requestFrame() {
-    if (QQuickWindow *const shown = window()) {
-        shown->update();
+    QQuickWindow *const shown = window();
+    if (!shown) {
+        return;
     }
+    if (usesShaders() || !m_turn || !m_turn->start) {
+        shown->update();
+        return;
+    }
+    // Nothing but the processor paints, and it would paint as often as it can: no oftener than the screen shows.
+    const double rate = shown->screen() ? shown->screen()->refreshRate() : 0;
+    const auto period = std::chrono::duration_cast<Scheduler::Duration>(
+        std::chrono::duration<double>(1 / std::clamp(rate, kSlowestRefresh, kFastestRefresh)));
+    // On the beat of the first frame, so that what a timer is late by does not add up.
+    const Scheduler::Duration sinceBeat = (m_scheduler->monotonic() - *m_turn->start) % period;
+    m_nextFrame = m_scheduler->after(period - sinceBeat, [this] { advanceFrame(); });
 }
 
 } // namespace tallowby

@@ -2,8 +2,8 @@
 
 #include "flip/scene/CardTransform.h"
 #include "flip/scene/KeyframeCurve.h"
-#include "flip/scene/SpringCurve.h"
 #include "platform/Scheduler.h"
+#include "platform/theme/SpringCurve.h"
 
 #include <QColor>
 #include <QImage>
@@ -24,6 +24,9 @@ enum class TurnStyle {
 /// A card as large as the view that turns about its vertical centre line: the logo in front, a picture of the canvas on
 /// the back, and a shadow that pulses over both. The items are given by the QML that builds on this type; the scene
 /// moves them once a frame, on the main thread, and asks for frames only while it turns.
+///
+/// Without a graphics interface nothing can turn items; `PaintedTurn` then paints the same turn from what the scene
+/// tells, with pictures of the canvas and of the front that are grabbed with the first frame.
 class FlipSceneView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -32,6 +35,8 @@ class FlipSceneView : public QQuickItem {
     Q_PROPERTY(QQuickItem *frontFace READ frontFace WRITE setFrontFace NOTIFY facesChanged FINAL)
     Q_PROPERTY(QQuickItem *backFace READ backFace WRITE setBackFace NOTIFY facesChanged FINAL)
     /// A ShaderEffectSource that is not live; the scene tells it when to take the picture.
+    /// What the front shows, in the middle of it; a picture of it stands in where items cannot be turned.
+    Q_PROPERTY(QQuickItem *frontContent MEMBER m_frontContent NOTIFY facesChanged FINAL)
     Q_PROPERTY(QQuickItem *backPicture MEMBER m_backPicture NOTIFY facesChanged FINAL)
     /// How dark the layer over the whole view is, 0 … 1.
     Q_PROPERTY(qreal shadowOpacity READ shadowOpacity NOTIFY shadowOpacityChanged FINAL)
@@ -68,6 +73,13 @@ public:
     [[nodiscard]] QImage backImage() const { return m_backImage; }
     [[nodiscard]] bool crossFades() const { return m_turn && m_turn->style == TurnStyle::crossFade; }
     [[nodiscard]] static bool usesShaders();
+    /// The turn of the card, in radians: 0 with the front and π with the back towards the viewer.
+    [[nodiscard]] double angle() const { return m_angle; }
+    /// How much of the back is seen while a turn is shown as a cross-fade.
+    [[nodiscard]] double backOpacity() const { return m_backOpacity; }
+    /// What is on the back, and the front's content with its transparency; null until they are there.
+    [[nodiscard]] const QImage &backPictureImage() const { return m_backImage.isNull() ? m_viewImage : m_backImage; }
+    [[nodiscard]] const QImage &frontPicture() const { return m_frontImage; }
     [[nodiscard]] qreal shadowOpacity() const { return m_shadowOpacity; }
     [[nodiscard]] bool showsImage() const { return !m_backImage.isNull(); }
     /// The back face's ground.
@@ -92,7 +104,7 @@ public:
     /// Ends everything, shows the front face and drops the back content. No completion is called.
     void cleanup();
 
-    /// The window prepares a frame: the card is put where it belongs now.
+    /// The card is put where it belongs now.
     void advanceFrame();
     /// A frame has reached the screen. The clock of a turn starts with its first, however long that took to draw.
     void noteFramePresented();
@@ -102,6 +114,7 @@ Q_SIGNALS:
     void isAnimatingChanged();
     void facesChanged();
     void pictureChanged();
+    void poseChanged();
     void shadowOpacityChanged();
 
 protected:
@@ -120,6 +133,8 @@ private:
     void updateLayerFrames();
     void updatePictureRect();
     void takePicture();
+    void grabPictures();
+    void prepareFrame();
     void showTurn(Scheduler::Duration elapsed);
     void showRest();
     void showRotation(double angle);
@@ -139,17 +154,23 @@ private:
     CardTransform m_backTransform;
     QPointer<QQuickItem> m_frontFace;
     QPointer<QQuickItem> m_backFace;
+    QQuickItem *m_frontContent = nullptr;
     QQuickItem *m_backPicture = nullptr;
     QPointer<QQuickItem> m_backView;
     QPointer<QQuickItem> m_pictureSource;
     QRectF m_pictureRect;
     QImage m_backImage;
+    QImage m_viewImage;
+    QImage m_frontImage;
+    double m_angle = 0;
+    double m_backOpacity = 0;
     bool m_hasBackView = false;
     qreal m_shadowOpacity = 0;
     bool m_isOpen = false;
     std::function<void()> m_completionBlock;
     std::optional<Turn> m_turn;
     ScheduledCall m_frameWatch;
+    ScheduledCall m_nextFrame;
     std::vector<QMetaObject::Connection> m_frameSignals;
 };
 

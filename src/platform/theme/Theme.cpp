@@ -1,5 +1,7 @@
 #include "platform/theme/Theme.h"
 
+#include "platform/theme/SpringCurve.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFontDatabase>
@@ -7,9 +9,34 @@
 #include <QPalette>
 #include <QStyleHints>
 
+#include <algorithm>
+#include <numbers>
+
 namespace tallowby {
 
 namespace {
+
+struct Paper {
+    QLatin1StringView name;
+    QColor color;
+};
+
+const std::array<Paper, 6> kPapers{{
+    {QLatin1StringView("yellow"), QColor(0xFFF3A3)},
+    {QLatin1StringView("peach"), QColor(0xFFDCBD)},
+    {QLatin1StringView("rose"), QColor(0xFFCDD7)},
+    {QLatin1StringView("lilac"), QColor(0xE6D8FF)},
+    {QLatin1StringView("sky"), QColor(0xCFE8FF)},
+    {QLatin1StringView("mint"), QColor(0xD1F4DA)},
+}};
+/// How much of a paper's colour is left in the dark.
+constexpr float kPaperInTheDark = 0.78F;
+
+QColor mixed(const QColor &over, const QColor &under, float share) {
+    const auto channel = [share](float a, float b) { return b + (a - b) * share; };
+    return QColor::fromRgbF(channel(over.redF(), under.redF()), channel(over.greenF(), under.greenF()),
+                            channel(over.blueF(), under.blueF()));
+}
 
 QColor withOpacity(QColor color, double opacity) {
     color.setAlphaF(float(opacity));
@@ -44,6 +71,14 @@ int takeOverCaretBlinking() {
     return interval;
 }
 
+/// Answers within 0.3 s with a damping ratio of 0.8: stiffness (2π / response)², damping 4π · ratio / response.
+const SpringCurve &panelSpringCurve() {
+    constexpr double kAngularFrequency = 2 * std::numbers::pi / 0.3;
+    constexpr double kDampingRatio = 0.8;
+    static const SpringCurve curve(1, kAngularFrequency * kAngularFrequency, 2 * kDampingRatio * kAngularFrequency);
+    return curve;
+}
+
 } // namespace
 
 Theme::Theme()
@@ -55,6 +90,9 @@ Theme::Theme()
                          QFontDatabase::FixedFont))
     , m_handFamily(firstInstalled({QStringLiteral("ChalkboardSE-Regular"), QStringLiteral("Chalkboard SE"),
                                    QStringLiteral("Comic Neue"), QStringLiteral("Klee One")},
+                                  QFontDatabase::GeneralFont))
+    , m_noteFamily(firstInstalled({QStringLiteral("MarkerFelt-Thin"), QStringLiteral("Marker Felt"),
+                                   QStringLiteral("Kalam"), QStringLiteral("Comic Neue")},
                                   QFontDatabase::GeneralFont)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
@@ -84,7 +122,11 @@ const Theme::Palette &Theme::palette() const {
                                .inkSoft = QColor(0x6B675C),
                                .accent = QColor(0x2F6BEB),
                                .danger = QColor(0xC8372D),
-                               .success = QColor(0x34C759)};
+                               .success = QColor(0x34C759),
+                               .blue = QColor(0x2F6BEB),
+                               .purple = QColor(0x8E4BD6),
+                               .orange = QColor(0xE8791D),
+                               .yellow = QColor(0xE5B800)};
     static const Palette dark{.canvas = QColor(0x1B1A18),
                               .dot = QColor(0x35332E),
                               .surface = QColor(0x262522),
@@ -94,16 +136,30 @@ const Theme::Palette &Theme::palette() const {
                               .inkSoft = QColor(0xA8A294),
                               .accent = QColor(0x7DA8FF),
                               .danger = QColor(0xFF7B70),
-                              .success = QColor(0x4BD66E)};
+                              .success = QColor(0x4BD66E),
+                              .blue = QColor(0x7DA8FF),
+                              .purple = QColor(0xBD93F5),
+                              .orange = QColor(0xFFA45C),
+                              .yellow = QColor(0xFFD84D)};
     return m_isDark ? dark : light;
 }
 
 QColor Theme::surfaceEdge() const {
-    const QColor line = hairline();
-    const QColor ground = surface();
-    const auto mixed = [&line](float over, float under) { return under + (over - under) * line.alphaF(); };
-    return QColor::fromRgbF(mixed(line.redF(), ground.redF()), mixed(line.greenF(), ground.greenF()),
-                            mixed(line.blueF(), ground.blueF()));
+    return mixed(hairline(), surface(), hairline().alphaF());
+}
+
+QStringList Theme::notePaperNames() {
+    QStringList names;
+    for (const Paper &paper : kPapers) {
+        names << paper.name;
+    }
+    return names;
+}
+
+QColor Theme::notePaper(const QString &name) const {
+    const auto paper = std::ranges::find(kPapers, name, &Paper::name);
+    const QColor color = paper == kPapers.end() ? kPapers.front().color : paper->color;
+    return m_isDark ? mixed(color, surface(), kPaperInTheDark) : color;
 }
 
 QColor Theme::hoverWash() const {
@@ -112,6 +168,27 @@ QColor Theme::hoverWash() const {
 
 QColor Theme::pressWash() const {
     return withOpacity(ink(), 0.12);
+}
+
+QColor Theme::accentTint() const {
+    return withOpacity(accent(), isDark() ? 0.22 : 0.12);
+}
+
+QColor Theme::veil() const {
+    return withOpacity(Qt::black, isDark() ? 0.44 : 0.24);
+}
+
+QEasingCurve Theme::panelSpring() const {
+    QEasingCurve curve;
+    curve.setCustomType([](qreal progress) {
+        const auto time = std::chrono::duration<double>(panelSpringCurve().settlingDuration()) * progress;
+        return panelSpringCurve().value(std::chrono::duration_cast<SpringCurve::Duration>(time));
+    });
+    return curve;
+}
+
+int Theme::panelSpringDuration() const {
+    return int(std::chrono::ceil<std::chrono::milliseconds>(panelSpringCurve().settlingDuration()).count());
 }
 
 QColor Theme::textColor(const QString &chosen) const {

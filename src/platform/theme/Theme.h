@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QEasingCurve>
 #include <QFont>
 #include <QObject>
 #include <QQmlEngine>
@@ -32,6 +33,17 @@ class Theme : public QObject {
     /// Washes over a surface under the pointer and while pressed.
     Q_PROPERTY(QColor hoverWash READ hoverWash NOTIFY changed)
     Q_PROPERTY(QColor pressWash READ pressWash NOTIFY changed)
+    /// Ground of what is chosen among its like: a tool, an entry of a menu.
+    Q_PROPERTY(QColor accentTint READ accentTint NOTIFY changed)
+    /// Over everything that a panel in front puts out of reach.
+    Q_PROPERTY(QColor veil READ veil NOTIFY changed)
+
+    /// Of what is written on the paper of notes, which is light in both themes.
+    Q_PROPERTY(QColor noteInk READ noteInk CONSTANT)
+    /// Code is dark in both themes.
+    Q_PROPERTY(QColor codePanel READ codePanel CONSTANT)
+    Q_PROPERTY(QColor codeInk READ codeInk CONSTANT)
+    Q_PROPERTY(QColor codeInkSoft READ codeInkSoft CONSTANT)
 
     Q_PROPERTY(QString uiFamily READ uiFamily CONSTANT)
     Q_PROPERTY(QString codeFamily READ codeFamily CONSTANT)
@@ -58,6 +70,9 @@ class Theme : public QObject {
     Q_PROPERTY(int motionOut MEMBER kMotionOut CONSTANT)
     /// From the pointer's rest over a control to its tip.
     Q_PROPERTY(int tipDelay MEMBER kTipDelay CONSTANT)
+    /// The way of a panel that springs up, over its duration.
+    Q_PROPERTY(QEasingCurve panelSpring READ panelSpring CONSTANT)
+    Q_PROPERTY(int panelSpringDuration READ panelSpringDuration CONSTANT)
     /// How long the text caret shows and hides in turn, by the desktop's choice; 0 means that it stays.
     Q_PROPERTY(int caretInterval READ caretInterval CONSTANT)
 
@@ -81,8 +96,32 @@ public:
     [[nodiscard]] QColor success() const { return palette().success; }
     [[nodiscard]] QColor hoverWash() const;
     [[nodiscard]] QColor pressWash() const;
+    [[nodiscard]] QColor accentTint() const;
+    [[nodiscard]] QColor veil() const;
+    /// Hues by which things of many kinds are told apart where they are too small for anything else.
+    [[nodiscard]] QColor blue() const { return palette().blue; }
+    [[nodiscard]] QColor green() const { return palette().success; }
+    [[nodiscard]] QColor purple() const { return palette().purple; }
+    [[nodiscard]] QColor orange() const { return palette().orange; }
+    [[nodiscard]] QColor yellow() const { return palette().yellow; }
     [[nodiscard]] int bodySize() const { return kBodySize; }
+    [[nodiscard]] static int cardRadius() { return kRadiusCard; }
     [[nodiscard]] int caretInterval() const { return m_caretInterval; }
+    [[nodiscard]] QEasingCurve panelSpring() const;
+    [[nodiscard]] int panelSpringDuration() const;
+
+    [[nodiscard]] QColor noteInk() const { return {0x2B, 0x28, 0x1F}; }
+    /// In the order in which they are offered.
+    [[nodiscard]] static QStringList notePaperNames();
+    /// The first one for a name that there is not.
+    [[nodiscard]] QColor notePaper(const QString &name) const;
+    [[nodiscard]] QColor codePanel() const { return {0x26, 0x26, 0x26}; }
+    [[nodiscard]] QColor codeInk() const { return {0xE6, 0xE4, 0xDE}; }
+    [[nodiscard]] QColor codeInkSoft() const { return {0x9A, 0x97, 0x8F}; }
+    [[nodiscard]] static QColor codeComment() { return {0x8E, 0x9A, 0x86}; }
+    [[nodiscard]] static QColor codeText() { return {0xE8, 0xB8, 0x7A}; }
+    [[nodiscard]] static QColor codeNumber() { return {0x8F, 0xD0, 0xC4}; }
+    [[nodiscard]] static QColor codeKeyword() { return {0x8A, 0xB4, 0xFF}; }
 
     /// The colour in which text of a chosen colour is shown. Black and white become ink, so that a note can be read on
     /// either ground; what is no "#" and six hex digits does, too.
@@ -92,6 +131,8 @@ public:
     [[nodiscard]] const QString &codeFamily() const { return m_codeFamily; }
     /// The face of text blocks: "ChalkboardSE-Regular" where it is installed, else the nearest hand that is.
     [[nodiscard]] const QString &handFamily() const { return m_handFamily; }
+    /// The face of notes: "MarkerFelt-Thin" where it is installed, else the nearest marker or hand that is.
+    [[nodiscard]] const QString &noteFamily() const { return m_noteFamily; }
 
 Q_SIGNALS:
     void changed();
@@ -111,6 +152,10 @@ private:
         QColor accent;
         QColor danger;
         QColor success;
+        QColor blue;
+        QColor purple;
+        QColor orange;
+        QColor yellow;
     };
 
     Theme();
@@ -143,6 +188,7 @@ private:
     QString m_uiFamily;
     QString m_codeFamily;
     QString m_handFamily;
+    QString m_noteFamily;
 };
 
 } // namespace tallowby

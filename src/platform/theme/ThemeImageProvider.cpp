@@ -1,6 +1,7 @@
 #include "platform/theme/ThemeImageProvider.h"
 
-#include <QHash>
+#include "platform/theme/SymbolTable.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QQmlEngine>
@@ -15,33 +16,10 @@ namespace tallowby {
 namespace {
 
 const QString kProviderId = QStringLiteral("theme");
-const QString kDefaultPicture = QStringLiteral("question-square");
 constexpr int kSymbolSize = 16;
-constexpr int kLargestSymbol = 512;
+constexpr int kLargestSymbol = 1024;
 constexpr int kLargestShadow = 256;
 constexpr double kLargestPixelRatio = 4;
-
-/// Symbol name to picture. The pictures stand in the resource list of src/platform/CMakeLists.txt.
-const QHash<QString, QString> &pictures() {
-    static const QHash<QString, QString> table{
-        {QStringLiteral("arrow.uturn.backward"), QStringLiteral("arrow-90deg-left")},
-        {QStringLiteral("bolt"), QStringLiteral("lightning")},
-        {QStringLiteral("checklist"), QStringLiteral("ui-checks")},
-        {QStringLiteral("chevron.left.forwardslash.chevron.right"), QStringLiteral("code-slash")},
-        {QStringLiteral("mic"), QStringLiteral("mic")},
-        {QStringLiteral("minus"), QStringLiteral("dash-lg")},
-        {QStringLiteral("note.text"), QStringLiteral("sticky")},
-        {QStringLiteral("photo"), QStringLiteral("image")},
-        {QStringLiteral("plus"), QStringLiteral("plus-lg")},
-        {QStringLiteral("scribble"), QStringLiteral("pencil")},
-        {QStringLiteral("square.on.circle"), QStringLiteral("circle-square")},
-        {QStringLiteral("star"), QStringLiteral("star")},
-        {QStringLiteral("tablecells"), QStringLiteral("table")},
-        {QStringLiteral("textformat"), QStringLiteral("fonts")},
-        {QStringLiteral("video"), QStringLiteral("camera-video")},
-    };
-    return table;
-}
 
 QImage symbolImage(const QString &name, const QColor &color, QSize requested) {
     const QSize size = requested.isEmpty() ? QSize(kSymbolSize, kSymbolSize)
@@ -111,10 +89,6 @@ QImage shadowImage(int blur, int radius) {
 }
 
 } // namespace
-
-QString symbolFile(const QString &name) {
-    return QStringLiteral(":/symbols/") + pictures().value(name, kDefaultPicture) + QStringLiteral(".svg");
-}
 
 ThemeImageProvider::ThemeImageProvider()
     : QQuickImageProvider(QQuickImageProvider::Image) {}

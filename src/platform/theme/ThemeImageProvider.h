@@ -21,7 +21,4 @@ public:
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 };
 
-/// The picture's file for a symbol name; the default picture's for a name that has none.
-[[nodiscard]] QString symbolFile(const QString &name);
-
 } // namespace tallowby

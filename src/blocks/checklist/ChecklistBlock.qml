@@ -1,0 +1,95 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Tallowby.Blocks
+import Tallowby.Canvas
+import Tallowby.Platform
+
+ChecklistBlockContent {
+    id: content
+
+    // Opaque and without smoothed edges, unless it is turned, as every card.
+    Rectangle {
+        anchors.fill: parent
+        antialiasing: content.block.rotation !== 0
+        radius: content.isLegible ? Theme.radiusCard : 0
+        color: Theme.surface
+        border { width: 1; color: Theme.surfaceEdge }
+    }
+
+    Symbol {
+        visible: content.isLegible
+        x: 18
+        y: (36 - height) / 2
+        name: "checklist"
+    }
+
+    Text {
+        id: title
+
+        visible: content.isLegible && !(content.isTitleEdited && !content.isDisplayShown)
+        x: 42
+        y: 11
+        width: content.width - 140
+        height: content.headerHeight - y
+        color: content.title ? Theme.ink : Theme.inkSoft
+        font: content.titleFont
+        text: content.title ? content.title : qsTr("Checklist")
+        textFormat: Text.PlainText
+        elide: Text.ElideRight
+        wrapMode: Text.Wrap
+    }
+
+    Text {
+        anchors { right: parent.right; rightMargin: Theme.spaceCard }
+        visible: content.isLegible
+        y: 11
+        color: Theme.inkSoft
+        font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
+        text: content.progress
+        textFormat: Text.PlainText
+    }
+
+    Repeater {
+        model: content.isLegible ? content.rows : null
+        delegate: ChecklistItemView { list: content }
+    }
+
+    Text {
+        visible: content.isLegible
+        x: 42
+        y: content.addTop + (34 - height) / 2
+        color: Theme.inkSoft
+        font: content.itemFont
+        text: qsTr("Add Item")
+        Accessible.role: Accessible.Button
+        Accessible.name: text
+        Accessible.onPressAction: content.addItem()
+    }
+
+    Symbol {
+        visible: content.isLegible
+        x: 20
+        y: content.addTop + (34 - height) / 2
+        size: 12
+        name: "plus"
+    }
+
+    Text {
+        visible: content.isLegible && text
+        x: 42
+        y: content.addTop + 34
+        color: Theme.inkSoft
+        font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
+        text: content.extent
+        textFormat: Text.PlainText
+    }
+
+    GreekedText {
+        visible: !content.isLegible
+        anchors { fill: parent; margins: Theme.spaceCard; leftMargin: 42 }
+        color: Qt.tint(Theme.surface, Qt.alpha(Theme.ink, 0.4))
+        text: content.overview
+        textSize: 16
+    }
+}

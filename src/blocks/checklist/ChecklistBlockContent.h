@@ -1,0 +1,127 @@
+#pragma once
+
+#include "blocks/ShownRowsModel.h"
+#include "blocks/checklist/Checklist.h"
+#include "blocks/text/EditedBody.h"
+
+#include <QFont>
+
+#include <vector>
+
+namespace tallowby {
+
+class FieldEditor;
+
+/// The body of a checklist: a header with title and progress, a row for each item, and a line that adds one. One editor
+/// goes from field to field. The block is as high as its rows, up to a bound; longer lists scroll by rows.
+class ChecklistBlockContent : public tallowby::EditedBody {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString title READ title NOTIFY listChanged)
+    /// How many items are done of how many; empty without items.
+    Q_PROPERTY(QString progress READ progress NOTIFY listChanged)
+    /// The whole list as text, for when it is too small to be read.
+    Q_PROPERTY(QString overview READ overview NOTIFY listChanged)
+    Q_PROPERTY(bool isTitleEdited READ isTitleEdited NOTIFY listChanged)
+    Q_PROPERTY(qreal headerHeight READ headerHeight NOTIFY listChanged)
+    Q_PROPERTY(qreal addTop READ addTop NOTIFY listChanged)
+    /// Which rows are seen of a list that scrolls; empty when all are.
+    Q_PROPERTY(QString extent READ extent NOTIFY listChanged)
+    Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
+    Q_PROPERTY(QFont itemFont READ itemFont CONSTANT)
+    Q_PROPERTY(QFont titleFont READ titleFont CONSTANT)
+
+public:
+    static constexpr double kNarrowest = 200;
+    static constexpr double kTallest = 1'200;
+    static constexpr double kTextLeft = 42;
+    static constexpr double kTextRight = 34;
+    static constexpr double kRowPadding = 6;
+    static constexpr double kAddHeight = 34;
+
+    explicit ChecklistBlockContent(QQuickItem *parent = nullptr);
+
+    [[nodiscard]] const QString &title() const { return m_title; }
+    [[nodiscard]] QString progress() const;
+    [[nodiscard]] QString overview() const;
+    [[nodiscard]] QString extent() const;
+    [[nodiscard]] bool isTitleEdited() const { return isEditing() && m_field == kTitle; }
+    [[nodiscard]] double headerHeight() const { return m_headerHeight; }
+    [[nodiscard]] double addTop() const { return m_addTop; }
+    [[nodiscard]] QAbstractItemModel *rows() { return &m_rows; }
+    [[nodiscard]] QFont itemFont() const;
+    [[nodiscard]] QFont titleFont() const;
+
+    Q_INVOKABLE void toggle(int item);
+    Q_INVOKABLE void removeItem(int item);
+    Q_INVOKABLE void addItem();
+
+    void setIsEditing(bool isEditing) override;
+    [[nodiscard]] bool click(QPointF point) override;
+    void placeCaret(QPointF point) override;
+
+Q_SIGNALS:
+    void listChanged();
+
+protected:
+    void componentComplete() override;
+    void dressEditor(AutoExpandingTextEditor &editor) override;
+    [[nodiscard]] QString editedText() const override;
+    void takeText(const QString &text) override;
+    void editorOpened(AutoExpandingTextEditor &editor) override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void mouseUngrabEvent() override { m_dragged = kNone; }
+    void hoverEnterEvent(QHoverEvent *event) override { hoverMoveEvent(event); }
+    void hoverMoveEvent(QHoverEvent *event) override;
+    void hoverLeaveEvent(QHoverEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
+private:
+    /// Fields are numbered by item.
+    static constexpr int kTitle = -1;
+    static constexpr int kNone = -2;
+    enum class Zone { title, grip, box, text, removal, addition, nothing };
+    struct Hit {
+        Zone zone = Zone::nothing;
+        int item = kNone;
+    };
+    struct Row {
+        double top;
+        double height;
+    };
+
+    [[nodiscard]] FieldEditor *field() const;
+    [[nodiscard]] Hit hit(QPointF point) const;
+    [[nodiscard]] double textWidth() const;
+    [[nodiscard]] double rowHeight(int item) const;
+    [[nodiscard]] int lastFirst() const;
+    [[nodiscard]] bool canEdit(int field) const;
+    [[nodiscard]] bool handleKey(const QKeyEvent &event);
+    [[nodiscard]] bool walkByLine(int step);
+    [[nodiscard]] bool removeIfEmpty();
+    [[nodiscard]] bool pasteLines();
+    void breakItem();
+    void moveItem(int to);
+    void edit(int field, int caret);
+    void reload();
+    void write();
+    void layOut();
+    void setHovered(int item);
+
+    Checklist m_list;
+    QString m_title;
+    bool m_isWriting = false;
+    int m_field = kNone;
+    int m_hovered = kNone;
+    int m_dragged = kNone;
+    int m_first = 0;
+    std::vector<Row> m_shown;
+    double m_headerHeight = 0;
+    double m_addTop = 0;
+    ShownRowsModel m_rows;
+};
+
+} // namespace tallowby

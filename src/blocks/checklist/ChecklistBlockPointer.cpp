@@ -1,0 +1,135 @@
+#include "blocks/checklist/ChecklistBlockContent.h"
+
+#include <QCursor>
+#include <QMouseEvent>
+
+#include <algorithm>
+
+namespace tallowby {
+
+namespace {
+
+/// From the left edge.
+constexpr double kGripRight = 14;
+
+} // namespace
+
+ChecklistBlockContent::Hit ChecklistBlockContent::hit(QPointF point) const {
+    if (point.y() < m_headerHeight) {
+        return {Zone::title, kTitle};
+    }
+    if (point.y() >= m_addTop) {
+        return {point.y() < m_addTop + kAddHeight ? Zone::addition : Zone::nothing, kNone};
+    }
+    for (int row = 0; row < int(m_shown.size()); ++row) {
+        const Row &place = m_shown[std::size_t(row)];
+        if (point.y() < place.top + place.height) {
+            const Zone zone = point.x() < kGripRight                            ? Zone::grip
+                              : point.x() < kTextLeft - 2                       ? Zone::box
+                              : point.x() >= width() - kTextRight + kRowPadding ? Zone::removal
+                                                                                : Zone::text;
+            return {zone, m_first + row};
+        }
+    }
+    return {};
+}
+
+bool ChecklistBlockContent::click(QPointF point) {
+    const Hit target = hit(point);
+    if (target.zone == Zone::box) {
+        toggle(target.item);
+        return true;
+    }
+    if (target.zone == Zone::addition) {
+        addItem();
+        return true;
+    }
+    return false;
+}
+
+void ChecklistBlockContent::placeCaret(QPointF point) {
+    const Hit target = hit(point);
+    if (target.item != kNone && canEdit(target.item)) {
+        edit(target.item, -1);
+        EditedBody::placeCaret(point);
+    }
+}
+
+void ChecklistBlockContent::mousePressEvent(QMouseEvent *event) {
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        event->ignore();
+        return;
+    }
+    const Hit target = hit(event->position());
+    switch (target.zone) {
+    case Zone::title:
+    case Zone::text:
+        placeCaret(event->position());
+        return;
+    case Zone::grip:
+        m_dragged = target.item;
+        return;
+    case Zone::box:
+        toggle(target.item);
+        return;
+    case Zone::removal:
+        removeItem(target.item);
+        return;
+    case Zone::addition:
+        addItem();
+        return;
+    case Zone::nothing:
+        return;
+    }
+}
+
+void ChecklistBlockContent::mouseMoveEvent(QMouseEvent *event) {
+    if (m_dragged < 0) {
+        return;
+    }
+    const double y = std::clamp(event->position().y(), m_headerHeight, m_addTop - 1);
+    const int to = hit({0, y}).item;
+    // Rows of different heights would change places to and fro: not before the pointer is where the row will be.
+    const Row &target = m_shown[std::size_t(to - m_first)];
+    const double height = m_shown[std::size_t(m_dragged - m_first)].height;
+    const bool isThere = to > m_dragged ? y > target.top + target.height - height : y < target.top + height;
+    if (to != m_dragged && isThere) {
+        moveItem(to);
+        m_dragged = to;
+        setHovered(to);
+    }
+}
+
+void ChecklistBlockContent::mouseReleaseEvent(QMouseEvent *) {
+    m_dragged = kNone;
+}
+
+void ChecklistBlockContent::setHovered(int item) {
+    if (m_hovered != item) {
+        m_hovered = item;
+        layOut();
+    }
+}
+
+void ChecklistBlockContent::hoverMoveEvent(QHoverEvent *event) {
+    const Hit target = hit(event->position());
+    const bool isText = target.zone == Zone::text || target.zone == Zone::title;
+    setCursor(QCursor(isText ? Qt::IBeamCursor : target.zone == Zone::grip ? Qt::OpenHandCursor : Qt::ArrowCursor));
+    setHovered(target.item);
+}
+
+void ChecklistBlockContent::hoverLeaveEvent(QHoverEvent *) {
+    setHovered(kNone);
+}
+
+void ChecklistBlockContent::wheelEvent(QWheelEvent *event) {
+    const bool isOurs = (isEditing() || block()->isSelected()) && !extent().isEmpty() &&
+                        !event->modifiers().testFlag(Qt::ControlModifier);
+    event->setAccepted(isOurs);
+    if (isOurs) {
+        m_first += event->angleDelta().y() < 0 ? 3 : -3;
+        layOut();
+    }
+}
+
+} // namespace tallowby

@@ -1,0 +1,275 @@
+#include "blocks/image/ImageBlockContent.h"
+
+#include "canvas/drawing/PathDrawingItem.h"
+#include "canvas/view/InfiniteCanvasView.h"
+#include "platform/Log.h"
+#include "platform/theme/Theme.h"
+#include "storage/ImageCacheService.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QPointer>
+#include <QQuickWindow>
+#include <QSaveFile>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tallowby {
+
+namespace {
+
+/// A picture whose proportions are those of its block but for this, in points, fills it.
+constexpr double kFrameTolerance = 1;
+constexpr int kMostNumbers = 1000;
+
+/// One thread: the other core draws frames meanwhile.
+QThreadPool &decodingThread() {
+    static QThreadPool pool;
+    static const bool isSetUp = [] {
+        pool.setMaxThreadCount(1);
+        pool.setThreadPriority(QThread::LowPriority);
+        return true;
+    }();
+    Q_UNUSED(isSetUp)
+    return pool;
+}
+
+int longestSide(QSize size) {
+    return std::max(size.width(), size.height());
+}
+
+/// What a picture's file is called by its contents; "png" for what nobody knows.
+QString suffixOf(const QByteArray &file) {
+    QBuffer buffer;
+    buffer.setData(file);
+    buffer.open(QIODevice::ReadOnly);
+    const QByteArray format = QImageReader::imageFormat(&buffer);
+    if (format == "jpeg") {
+        return QStringLiteral("jpg");
+    }
+    return format.isEmpty() ? QStringLiteral("png") : QString::fromLatin1(format);
+}
+
+/// The dialogue asks nobody before it names a file that is there already: that one stays, and the picture gets a
+/// number.
+QString freePath(const QString &path) {
+    const QFileInfo wanted(path);
+    QString free = path;
+    for (int number = 2; QFileInfo::exists(free) && number < kMostNumbers; ++number) {
+        free =
+            u"%1/%2 %3.%4"_qs.arg(wanted.path(), wanted.completeBaseName(), QString::number(number), wanted.suffix());
+    }
+    return free;
+}
+
+} // namespace
+
+ImageBlockContent::ImageBlockContent(QQuickItem *parent)
+    : BlockBody(parent)
+    , m_picture(new PathDrawingItem(PathDrawingItem::Keeping::picture, this)) {}
+
+QString ImageBlockContent::message() const {
+    return m_refusal.isEmpty() ? QString() : tr("This picture cannot be shown: %1").arg(m_refusal);
+}
+
+void ImageBlockContent::componentComplete() {
+    BlockBody::componentComplete();
+    connect(block(), &Block::contentChanged, this, &ImageBlockContent::payloadChanged);
+    connect(&Theme::shared(), &Theme::changed, this, &QQuickItem::polish);
+    const QImage known = ImageCacheService::shared().image(block()->id());
+    if (known.isNull()) {
+        payloadChanged();
+        return;
+    }
+    m_isPayloadNew = !isLoadedFrom(known, block()->content());
+    show(known);
+    updatePolish();
+    requestPicture();
+}
+
+void ImageBlockContent::payloadChanged() {
+    ++m_payloadNumber;
+    m_isPayloadNew = true;
+    if (block()->content().size() <= kSmallPayload && !block()->imageData()) {
+        m_isPayloadNew = false;
+        takePicture({}, m_payloadNumber);
+    } else {
+        requestPicture();
+    }
+}
+
+QRectF ImageBlockContent::pictureFrame() const {
+    const QSize proportions = m_wholeSize.isEmpty() ? m_decoded.size() : m_wholeSize;
+    const QSizeF fitting = QSizeF(proportions).scaled(size(), Qt::KeepAspectRatio);
+    const bool fills = std::abs(fitting.width() - width()) < kFrameTolerance &&
+                       std::abs(fitting.height() - height()) < kFrameTolerance;
+    QRectF frame({0, 0}, fills ? size() : fitting);
+    frame.moveCenter({width() / 2, height() / 2});
+    return frame;
+}
+
+int ImageBlockContent::wantedSide() const {
+    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
+    const double pixels = std::max(width(), height()) * zoom() * ratio * kOversampling;
+    return int(std::ceil(std::clamp(pixels, 1.0, double(kLongestShownSide))));
+}
+
+void ImageBlockContent::requestPicture() {
+    const int decoded = longestSide(m_decoded.size());
+    const int whole = m_wholeSize.isEmpty() ? wantedSide() : longestSide(m_wholeSize);
+    const bool isFineEnough = decoded >= kFineEnough * std::min(wantedSide(), whole);
+    const bool isTooFine = decoded > kCoarsestScaling * wantedSide();
+    const bool isKnown = !m_isPayloadNew && (m_isEmpty || !m_refusal.isEmpty() || (isFineEnough && !isTooFine));
+    if (isKnown || size().isEmpty()) {
+        return;
+    }
+    if (m_isLoading) {
+        m_isLoadDue = true;
+    } else {
+        load();
+    }
+}
+
+void ImageBlockContent::load() {
+    m_isLoading = true;
+    m_isPayloadNew = false;
+    const auto make = [request = PictureRequest{block()->content(), wantedSide()}, number = m_payloadNumber,
+                       item = QPointer(this)] {
+        LoadedPicture loaded = loadPicture(request);
+        // Only the main thread may ask whether the item is still there.
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [item, number, loaded = std::move(loaded)] {
+                if (item) {
+                    item->m_isLoading = false;
+                    item->takePicture(loaded, number);
+                }
+            },
+            Qt::QueuedConnection);
+    };
+    decodingThread().start(make);
+}
+
+void ImageBlockContent::takePicture(const LoadedPicture &loaded, int payloadNumber) {
+    if (payloadNumber == m_payloadNumber) {
+        m_isEmpty = loaded.image.isNull() && loaded.refusal.isEmpty();
+        m_refusal = loaded.refusal;
+        m_wholeSize = loaded.wholeSize;
+        ImageCacheService::shared().set(loaded.image, block()->id());
+        show(loaded.image);
+    }
+    if (std::exchange(m_isLoadDue, false)) {
+        requestPicture();
+    }
+}
+
+void ImageBlockContent::show(const QImage &decoded) {
+    m_decoded = decoded;
+    m_texture = decoded.isNull() ? QImage() : withRepeatedEdge(decoded);
+    polish();
+    Q_EMIT stateChanged();
+}
+
+void ImageBlockContent::updatePolish() {
+    if (m_decoded.isNull()) {
+        m_picture->setDrawing({});
+        return;
+    }
+    const QRectF frame = pictureFrame();
+    QTransform onFrame;
+    onFrame.translate(frame.x(), frame.y());
+    onFrame.scale(frame.width() / m_decoded.width(), frame.height() / m_decoded.height());
+    onFrame.translate(-1, -1);
+    QBrush picture(m_texture);
+    picture.setTransform(onFrame);
+
+    const double radius = std::min({double(Theme::cardRadius()), frame.width() / 2, frame.height() / 2});
+    QPainterPath card;
+    card.addRoundedRect(frame, radius, radius);
+    QPainterPath edge;
+    edge.addRoundedRect(frame.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    m_picture->setDrawing(PathDrawing({{.path = card, .fill = picture, .pen = Qt::NoPen},
+                                       {.path = edge, .pen = QPen(Theme::shared().hairline(), 1)}}));
+}
+
+void ImageBlockContent::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
+    BlockBody::geometryChange(newGeometry, oldGeometry);
+    if (newGeometry.size() != oldGeometry.size() && isComponentComplete()) {
+        polish();
+        requestPicture();
+    }
+}
+
+void ImageBlockContent::setZoom(double zoom) {
+    BlockBody::setZoom(zoom);
+    m_picture->setZoom(zoom);
+}
+
+void ImageBlockContent::settleZoom() {
+    m_picture->settleZoom();
+    requestPicture();
+}
+
+bool ImageBlockContent::activate() {
+    if (m_isEmpty) {
+        choosePicture();
+    }
+    return m_isEmpty;
+}
+
+void ImageBlockContent::choosePicture() {
+    canvas().pickImage([item = QPointer(this)](const QUrl &file) {
+        if (item) {
+            item->viewModel().fillPicture(*item->block(), file);
+        }
+    });
+}
+
+bool ImageBlockContent::dropFiles(const QList<QUrl> &files) {
+    if (!m_isEmpty || files.isEmpty() || !viewModel().fillPicture(*block(), files.front())) {
+        return false;
+    }
+    const QPointF beside(block()->xPosition() + block()->width(), block()->yPosition() + block()->height());
+    viewModel().insertFiles(files.sliced(1), beside);
+    return true;
+}
+
+std::vector<MenuEntry> ImageBlockContent::menuEntries() {
+    // The block may go while the menu is open.
+    if (m_isEmpty) {
+        return {{.text = tr("Choose picture…"), .symbol = QStringLiteral("photo"), .action = [item = QPointer(this)] {
+                     if (item) {
+                         item->choosePicture();
+                     }
+                 }}};
+    }
+    return {{.text = tr("Save image as…"),
+             .symbol = QStringLiteral("square.and.arrow.down"),
+             .action = [item = QPointer(this)] {
+                 if (item) {
+                     item->save();
+                 }
+             }}};
+}
+
+/// The file as it came, not what is shown of it.
+void ImageBlockContent::save() {
+    const std::optional<QByteArray> bytes = block()->imageData();
+    if (!bytes) {
+        return;
+    }
+    canvas().pickPlace(tr("Image") + u'.' + suffixOf(*bytes), [bytes = *bytes](const QUrl &place) {
+        // Not private as the program's own files are: whoever saves a picture has something to do with it.
+        QSaveFile file(freePath(place.toLocalFile()));
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+            logLine(u"[Canvas] ⚠️ The picture was not saved: %1"_qs.arg(file.errorString()));
+        }
+    });
+}
+
+} // namespace tallowby

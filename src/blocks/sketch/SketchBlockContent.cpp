@@ -1,0 +1,54 @@
+#include "blocks/sketch/SketchBlockContent.h"
+
+#include "canvas/drawing/PathDrawingItem.h"
+#include "canvas/drawing/SketchRenderer.h"
+#include "platform/theme/Theme.h"
+
+namespace tallowby {
+
+SketchBlockContent::SketchBlockContent(QQuickItem *parent)
+    : BlockBody(parent)
+    , m_strokes(new PathDrawingItem(PathDrawingItem::Keeping::picture, this)) {}
+
+PathDrawing SketchBlockContent::drawing(const Block &block) {
+    const QPointF origin(block.xPosition(), block.yPosition());
+    std::vector<PathLayer> layers;
+    for (const SketchStroke &stroke : block.sketchStrokes()) {
+        if (!stroke.points.empty()) {
+            layers.push_back(
+                SketchRenderer::stroke(stroke.points, SketchRenderer::shownColor(stroke.color), stroke.width, origin));
+        }
+    }
+    return PathDrawing(std::move(layers));
+}
+
+void SketchBlockContent::componentComplete() {
+    BlockBody::componentComplete();
+    // Drawn before the next frame: a move writes the block's place and its points one after the other.
+    connect(block(), &Block::contentChanged, this, &QQuickItem::polish);
+    connect(&Theme::shared(), &Theme::changed, this, &SketchBlockContent::redraw);
+    polish();
+}
+
+void SketchBlockContent::redraw() {
+    m_drawnContent.reset();
+    polish();
+}
+
+void SketchBlockContent::updatePolish() {
+    if (m_drawnContent != block()->content()) {
+        m_drawnContent = block()->content();
+        m_strokes->setDrawing(drawing(*block()));
+    }
+}
+
+void SketchBlockContent::setZoom(double zoom) {
+    BlockBody::setZoom(zoom);
+    m_strokes->setZoom(zoom);
+}
+
+void SketchBlockContent::settleZoom() {
+    m_strokes->settleZoom();
+}
+
+} // namespace tallowby

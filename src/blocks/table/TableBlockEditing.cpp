@@ -1,0 +1,233 @@
+#include "blocks/table/TableBlockContent.h"
+
+#include "blocks/text/FieldEditor.h"
+#include "platform/theme/Theme.h"
+
+#include <QClipboard>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <algorithm>
+
+namespace tallowby {
+
+namespace {
+
+constexpr qsizetype kLongestEditedCell = 2'000;
+constexpr int kRowsPerNotch = 3;
+
+} // namespace
+
+FieldEditor *TableBlockContent::field() const {
+    return static_cast<FieldEditor *>(editor());
+}
+
+bool TableBlockContent::canEdit(Cell cell) const {
+    return m_table.text(cell.row, cell.column).size() <= kLongestEditedCell;
+}
+
+void TableBlockContent::setIsEditing(bool isEditing) {
+    EditedBody::setIsEditing(isEditing);
+    setAcceptedMouseButtons(isEditing ? Qt::LeftButton : Qt::NoButton);
+    if (isEditing) {
+        setCursor(QCursor(Qt::IBeamCursor));
+        scrollTo(m_cell.row, m_cell.column);
+    } else {
+        unsetCursor();
+    }
+    layOut();
+}
+
+void TableBlockContent::editorOpened(AutoExpandingTextEditor &) {
+    field()->setKeyHandler([this](const QKeyEvent &event) { return handleKey(event); });
+}
+
+QRectF TableBlockContent::editedRect() const {
+    const auto row = std::ranges::find(m_shownRows, m_cell.row, &Span::index);
+    const auto span = std::ranges::find(m_shownColumns, m_cell.column, &Span::index);
+    if (row == m_shownRows.end() || span == m_shownColumns.end()) {
+        return {};
+    }
+    return {span->start, row->start, span->length, row->length};
+}
+
+void TableBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
+    const QRectF rect = editedRect();
+    editor.setVisible(!rect.isEmpty());
+    editor.setPosition(rect.topLeft() + QPointF(kHorizontalPadding, kVerticalPadding));
+    editor.setSize(
+        {std::max(0.0, rect.width() - 2 * kHorizontalPadding), std::max(0.0, rect.height() - 2 * kVerticalPadding)});
+    editor.setFont(m_cell.row == 0 ? headerFont() : cellFont());
+    editor.setTextColor(Theme::shared().ink());
+    auto &cellEditor = static_cast<FieldEditor &>(editor);
+    cellEditor.setIsRightAligned(column(m_cell.column).isNumeric);
+    cellEditor.setFieldName(tr("Row %L1, column %L2").arg(m_cell.row + 1).arg(m_cell.column + 1));
+}
+
+QString TableBlockContent::editedText() const {
+    return canEdit(m_cell) ? m_table.text(m_cell.row, m_cell.column) : QString();
+}
+
+void TableBlockContent::takeText(const QString &text) {
+    if (canEdit(m_cell) && text != editedText()) {
+        m_table.setText(m_cell.row, m_cell.column, text);
+        m_columns.remove(m_cell.column);
+        write();
+    }
+}
+
+void TableBlockContent::edit(Cell cell, Caret caret) {
+    if (!editor() || !canEdit(cell)) {
+        return;
+    }
+    QGuiApplication::inputMethod()->commit();
+    m_cell = cell;
+    scrollTo(cell.row, cell.column);
+    editor()->setText(editedText());
+    editor()->setCaret(caret == Caret::start ? 0 : int(editedText().size()));
+    if (caret == Caret::all) {
+        editor()->selectAll();
+    }
+}
+
+/// By as little as brings the cell into view.
+void TableBlockContent::scrollTo(int row, int column) {
+    m_firstRow = row > 0 ? std::min(m_firstRow, row) : m_firstRow;
+    m_firstColumn = std::min(m_firstColumn, column);
+    layOut();
+    while (row > m_shownRows.back().index && m_firstRow < row) {
+        m_firstRow += std::max(1, row - m_shownRows.back().index);
+        layOut();
+    }
+    while (column > m_shownColumns.back().index && m_firstColumn < column) {
+        ++m_firstColumn;
+        layOut();
+    }
+}
+
+bool TableBlockContent::handleKey(const QKeyEvent &event) {
+    if (event.matches(QKeySequence::Paste)) {
+        return paste();
+    }
+    if (event.matches(QKeySequence::Copy) && !field()->hasSelection()) {
+        QGuiApplication::clipboard()->setText(m_table.toTabSeparated());
+        return true;
+    }
+    const bool isShiftHeld = event.modifiers().testFlag(Qt::ShiftModifier);
+    switch (event.key()) {
+    case Qt::Key_Tab:
+        walk(1);
+        return true;
+    case Qt::Key_Backtab:
+        walk(-1);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (isShiftHeld) {
+            return false;
+        }
+        if (m_cell.row + 1 < m_table.rowCount()) {
+            edit({m_cell.row + 1, m_cell.column}, Caret::all);
+        } else {
+            commit();
+        }
+        return true;
+    case Qt::Key_Up:
+        return !isShiftHeld && walkByLine(-1);
+    case Qt::Key_Down:
+        return !isShiftHeld && walkByLine(1);
+    case Qt::Key_Left:
+        return !isShiftHeld && field()->isCaretAtStart() && walkByCharacter(-1);
+    case Qt::Key_Right:
+        return !isShiftHeld && field()->isCaretAtEnd() && walkByCharacter(1);
+    default:
+        return false;
+    }
+}
+
+/// From row to row; behind the last cell a new row begins.
+void TableBlockContent::walk(int step) {
+    const int columns = m_table.columnCount();
+    const int next = m_cell.row * columns + m_cell.column + step;
+    if (next < 0) {
+        return;
+    }
+    if (next == columns * m_table.rowCount()) {
+        m_table.insertRow(m_table.rowCount());
+        writeShape();
+    }
+    edit({next / columns, next % columns}, Caret::all);
+}
+
+bool TableBlockContent::walkByCharacter(int step) {
+    const int columns = m_table.columnCount();
+    const int next = m_cell.row * columns + m_cell.column + step;
+    if (next >= 0 && next < columns * m_table.rowCount()) {
+        edit({next / columns, next % columns}, step < 0 ? Caret::end : Caret::start);
+    }
+    return true;
+}
+
+/// Within a cell of several lines the caret goes from line to line first.
+bool TableBlockContent::walkByLine(int step) {
+    const QRectF caret = inputItem()->property("cursorRectangle").toRectF();
+    const bool isAtEdge = step < 0 ? caret.top() < caret.height() / 2
+                                   : caret.bottom() > field()->usedSize().height() - caret.height() / 2;
+    const int row = m_cell.row + step;
+    if (isAtEdge && row >= 0 && row < m_table.rowCount()) {
+        edit({row, m_cell.column}, Caret::end);
+    }
+    return isAtEdge;
+}
+
+bool TableBlockContent::paste() {
+    const std::vector<QStringList> values = TableCells::fromTabSeparated(QGuiApplication::clipboard()->text());
+    if (values.size() < 2 && values.front().size() < 2) {
+        return false;
+    }
+    m_table.fill(m_cell.row, m_cell.column, values);
+    writeShape();
+    editor()->setText(editedText());
+    edit(m_cell, Caret::end);
+    return true;
+}
+
+void TableBlockContent::placeCaret(QPointF point) {
+    const auto holds = [](double place) {
+        return [place](const Span &span) { return place >= span.start && place < span.start + span.length; };
+    };
+    const auto row = std::ranges::find_if(m_shownRows, holds(point.y()));
+    const auto span = std::ranges::find_if(m_shownColumns, holds(point.x()));
+    if (row != m_shownRows.end() && span != m_shownColumns.end()) {
+        edit({row->index, span->index}, Caret::end);
+        EditedBody::placeCaret(point);
+    }
+}
+
+void TableBlockContent::mousePressEvent(QMouseEvent *event) {
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        event->ignore();
+    } else {
+        placeCaret(event->position());
+    }
+}
+
+void TableBlockContent::wheelEvent(QWheelEvent *event) {
+    const bool isOurs = (isEditing() || block()->isSelected()) && !extent().isEmpty() &&
+                        !event->modifiers().testFlag(Qt::ControlModifier);
+    event->setAccepted(isOurs);
+    if (!isOurs) {
+        return;
+    }
+    const QPoint angle = event->angleDelta();
+    const int down = angle.y() < 0 ? 1 : angle.y() > 0 ? -1 : 0;
+    const bool isSideways = event->modifiers().testFlag(Qt::ShiftModifier);
+    m_firstRow += isSideways ? 0 : kRowsPerNotch * down;
+    m_firstColumn += isSideways ? down : angle.x() < 0 ? 1 : angle.x() > 0 ? -1 : 0;
+    layOut();
+}
+
+} // namespace tallowby

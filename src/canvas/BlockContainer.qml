@@ -1,9 +1,0 @@
-import QtQuick
-import Tallowby.Canvas
-
-BlockContainerView {
-    id: container
-
-    Accessible.role: accessibleRole
-    Accessible.name: accessibleName
-}

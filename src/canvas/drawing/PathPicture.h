@@ -1,0 +1,50 @@
+#pragma once
+
+#include "canvas/drawing/PathDrawing.h"
+
+#include <QImage>
+
+#include <memory>
+
+namespace tallowby {
+
+/// A drawing as pixels, for one scale and one place between the pixels of the screen. All pictures together take no
+/// more than a fixed amount of memory. May be made on any thread.
+class PathPicture {
+public:
+    /// Where the picture goes: device pixels per point, and how far the drawing's origin lies from a whole device
+    /// pixel. A picture that is shown there shows each of its pixels on exactly one of the screen.
+    struct Place {
+        double scale = 1;
+        QPointF phase;
+
+        friend bool operator==(const Place &, const Place &) = default;
+    };
+
+    /// In pixels; beyond, the drawing is too large to be kept.
+    static constexpr double kLargestPicture = 4'000'000;
+    /// In bytes, of all pictures.
+    static constexpr qint64 kBudget = 96 * 1024 * 1024;
+
+    /// Null where the drawing is empty or too large, or no memory is left for it.
+    [[nodiscard]] static std::shared_ptr<const PathPicture> make(const PathDrawing &drawing, const Place &place);
+    /// As `make`, but a drawing that is too large comes out coarser instead.
+    [[nodiscard]] static std::shared_ptr<const PathPicture> makeBounded(const PathDrawing &drawing, Place place);
+    ~PathPicture();
+    PathPicture(const PathPicture &) = delete;
+    PathPicture &operator=(const PathPicture &) = delete;
+
+    [[nodiscard]] const QImage &image() const { return m_image; }
+    [[nodiscard]] const Place &place() const { return m_place; }
+    /// What the picture covers, in the drawing's points.
+    [[nodiscard]] QRectF area() const;
+
+private:
+    PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels);
+
+    Place m_place;
+    QPoint m_topLeft;
+    QImage m_image;
+};
+
+} // namespace tallowby

@@ -1,0 +1,23 @@
+#include "canvas/tools/EraserTool.h"
+
+#include "canvas/model/CanvasViewModel.h"
+
+namespace tallowby {
+
+void EraserTool::press(const PointerInput &input) {
+    const std::size_t count = viewModel().blocks().size();
+    viewModel().eraseAt(input.canvas);
+    m_hasErased = viewModel().blocks().size() < count;
+}
+
+void EraserTool::cancel() {
+    if (m_hasErased) {
+        viewModel().undo();
+    }
+}
+
+Qt::CursorShape EraserTool::cursor(const PointerInput &) const {
+    return Qt::CrossCursor;
+}
+
+} // namespace tallowby

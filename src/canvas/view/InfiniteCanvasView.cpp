@@ -1,0 +1,305 @@
+#include "canvas/view/InfiniteCanvasView.h"
+
+#include "canvas/container/BlockContainerView.h"
+#include "canvas/view/ImagePicker.h"
+#include "platform/AppEvents.h"
+#include "platform/desktop/MotionPreference.h"
+
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace tallowby {
+
+namespace {
+
+/// Between the edge of the view and a block that is brought into it.
+constexpr double kViewMargin = 40;
+/// Since the last change of the zoom.
+constexpr std::chrono::milliseconds kZoomSettling{120};
+
+} // namespace
+
+InfiniteCanvasView::InfiniteCanvasView(QQuickItem *parent)
+    : QQuickItem(parent) {
+    setFlag(ItemIsFocusScope);
+    setFlag(ItemAcceptsInputMethod);
+    setFlag(ItemAcceptsDrops);
+    setAcceptedMouseButtons(Qt::LeftButton | Qt::MiddleButton | Qt::RightButton);
+    setAcceptTouchEvents(true);
+    setAcceptHoverEvents(true);
+    setFocus(true);
+}
+
+InfiniteCanvasView::~InfiniteCanvasView() {
+    // Containers go with the children, after this object's own members.
+    for (BlockContainerView *container : std::as_const(m_containers)) {
+        container->setCanvas(nullptr);
+    }
+}
+
+void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegistry &blockKinds,
+                                NotificationCenter &notifications) {
+    m_viewModel = &viewModel;
+    m_blockKinds = &blockKinds;
+    m_notifications = &notifications;
+    connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, this, [this] {
+        // A new block is open for editing whatever its kind is; one that has no editor would swallow every key.
+        if (const BlockPtr block = m_viewModel->focusedBlock(); block && !isEditable(*block)) {
+            m_viewModel->endEditing();
+            return;
+        }
+        if (!m_viewModel->isAnyBlockEditing() && hasActiveFocus()) {
+            forceActiveFocus();
+        }
+    });
+    // A tool that is put away in the middle of its use leaves nothing behind.
+    connect(&viewModel, &CanvasViewModel::activeToolChanged, this, [this] {
+        cancelGesture();
+        if (m_viewModel->activeTool().kind() != CanvasTool::Kind::select) {
+            m_viewModel->endEditing();
+        }
+    });
+    connect(&viewModel, &CanvasViewModel::cursorResetRequested, this, [this] { setCursor(Qt::ArrowCursor); });
+    connect(&viewModel, &CanvasViewModel::cullingRequested, this, &InfiniteCanvasView::cull);
+    viewportMoved();
+}
+
+bool InfiniteCanvasView::prefersReducedMotion() const {
+    return m_motionPreference && m_motionPreference->prefersReducedMotion();
+}
+
+std::optional<HandleLayout> InfiniteCanvasView::handles() {
+    const bool isSelecting = m_viewModel->activeTool().kind() == CanvasTool::Kind::select;
+    return isSelecting && m_draggedBlocks.empty() ? SelectTool::handles(*this) : std::nullopt;
+}
+
+QRectF InfiniteCanvasView::marquee() const {
+    return m_marquee ? QRectF(m_viewport.toScreen(m_marquee->topLeft()), m_viewport.toScreen(m_marquee->bottomRight()))
+                     : QRectF();
+}
+
+void InfiniteCanvasView::setIsHelpVisible(bool isVisible) {
+    if (m_isHelpVisible != isVisible) {
+        m_isHelpVisible = isVisible;
+        Q_EMIT isHelpVisibleChanged();
+    }
+}
+
+QPointF InfiniteCanvasView::origin() const {
+    const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
+    const QPointF exact = m_viewport.origin() * ratio;
+    return QPointF(std::round(exact.x()), std::round(exact.y())) / ratio;
+}
+
+void InfiniteCanvasView::setSelectionOutline(QQmlComponent *component) {
+    if (m_selectionOutline != component) {
+        m_selectionOutline = component;
+        Q_EMIT selectionOutlineChanged();
+    }
+}
+
+void InfiniteCanvasView::setCloseShortcut(const QString &text) {
+    if (m_closeShortcut != text) {
+        m_closeShortcut = text;
+        Q_EMIT closeShortcutChanged();
+    }
+}
+
+void InfiniteCanvasView::zoomIn() {
+    if (m_viewport.setScale(m_viewport.scale() * Viewport::kZoomStep)) {
+        viewportMoved();
+    }
+}
+
+void InfiniteCanvasView::zoomOut() {
+    if (m_viewport.setScale(m_viewport.scale() / Viewport::kZoomStep)) {
+        viewportMoved();
+    }
+}
+
+void InfiniteCanvasView::resetZoom() {
+    if (m_viewport.setScale(1.0)) {
+        viewportMoved();
+    }
+}
+
+void InfiniteCanvasView::jumpTo(QPointF offset) {
+    panBy(offset - m_viewport.offset());
+}
+
+void InfiniteCanvasView::panBy(QPointF screenDelta) {
+    if (m_viewport.pan(screenDelta)) {
+        viewportMoved();
+    }
+}
+
+void InfiniteCanvasView::requestClose() {
+    m_notifications->post(events::canvasCloseRequested);
+}
+
+void InfiniteCanvasView::viewportMoved() {
+    if (m_viewport.needsCulling()) {
+        cull();
+    }
+    if (std::exchange(m_shownZoom, m_viewport.scale()) != m_viewport.scale()) {
+        for (const BlockContainerView *container : std::as_const(m_containers)) {
+            container->body()->setZoom(m_viewport.scale());
+        }
+        m_zoomSettling = m_viewModel->scheduler().after(kZoomSettling, [this] {
+            for (const BlockContainerView *container : std::as_const(m_containers)) {
+                container->body()->settleZoom();
+            }
+        });
+    }
+    Q_EMIT viewportChanged();
+}
+
+void InfiniteCanvasView::cull() {
+    m_viewModel->updateVisibleBlocks(m_viewport.visibleRect(), m_viewport.scale());
+    m_viewport.noteCulled();
+}
+
+void InfiniteCanvasView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
+    QQuickItem::geometryChange(newGeometry, oldGeometry);
+    if (m_viewport.setSize(newGeometry.size())) {
+        viewportMoved();
+    }
+}
+
+void InfiniteCanvasView::itemChange(ItemChange change, const ItemChangeData &data) {
+    if (change == ItemSceneChange && data.window) {
+        data.window->installEventFilter(this);
+    }
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange) {
+        Q_EMIT viewportChanged();
+    }
+}
+
+QQmlComponent &InfiniteCanvasView::bodyComponent(BlockType type) {
+    auto &component = m_bodyComponents.at(std::size_t(type));
+    if (!component) {
+        component = std::make_unique<QQmlComponent>(qmlEngine(this), m_blockKinds->kind(type).body);
+    }
+    return *component;
+}
+
+void InfiniteCanvasView::rememberContainer(BlockContainerView &container) {
+    m_containers.insert(container.block(), &container);
+}
+
+std::optional<QPointF> InfiniteCanvasView::dragOffsetOf(const Block &block) const {
+    const auto isBlock = [&block](const BlockPtr &dragged) { return dragged.get() == &block; };
+    return std::ranges::any_of(m_draggedBlocks, isBlock) ? std::optional(m_dragOffset) : std::nullopt;
+}
+
+void InfiniteCanvasView::showDrag(const std::vector<BlockPtr> &blocks, QPointF dragOffset) {
+    const std::vector<BlockPtr> before = std::exchange(m_draggedBlocks, blocks);
+    m_dragOffset = dragOffset;
+    const auto show = [this](const std::vector<BlockPtr> &shown, std::optional<QPointF> offset) {
+        for (const BlockPtr &block : shown) {
+            if (BlockContainerView *container = containerOf(block.get())) {
+                container->showDrag(offset);
+            }
+        }
+    };
+    if (blocks != before) {
+        show(before, std::nullopt);
+    }
+    show(blocks, dragOffset);
+    Q_EMIT selectionMoved();
+}
+
+void InfiniteCanvasView::blockMoved(const Block &block) {
+    if (block.isSelected()) {
+        Q_EMIT selectionMoved();
+    }
+}
+
+void InfiniteCanvasView::showMarquee(std::optional<QRectF> marquee) {
+    m_marquee = marquee;
+    Q_EMIT marqueeChanged();
+}
+
+bool InfiniteCanvasView::isEditable(const Block &block) const {
+    return m_blockKinds->kind(block.blockType()).isEditable;
+}
+
+bool InfiniteCanvasView::opensAtFirstClick(const Block &block) const {
+    return m_blockKinds->kind(block.blockType()).opensAtFirstClick;
+}
+
+void InfiniteCanvasView::edit(const BlockPtr &block, QPointF screenPoint) {
+    m_viewModel->beginEditing(block);
+    if (const BlockContainerView *container = containerOf(block.get()); container && container->isEditing()) {
+        container->body()->placeCaret(container->body()->mapFromItem(this, screenPoint));
+    }
+}
+
+bool InfiniteCanvasView::clickBody(const Block &block, QPointF screenPoint) {
+    const BlockContainerView *container = containerOf(&block);
+    if (!container || container->isEditing()) {
+        return false;
+    }
+    return container->body()->click(container->body()->mapFromItem(this, screenPoint));
+}
+
+void InfiniteCanvasView::canvasClicked() {
+    m_notifications->post(events::deselectAllBlocks);
+}
+
+bool InfiniteCanvasView::activate(const BlockPtr &block) {
+    const BlockContainerView *container = containerOf(block.get());
+    return container && container->body()->activate();
+}
+
+ImagePicker &InfiniteCanvasView::imagePicker() {
+    if (!m_imagePicker) {
+        m_imagePicker = std::make_unique<ImagePicker>(*this);
+    }
+    return *m_imagePicker;
+}
+
+void InfiniteCanvasView::pickImage(QPointF canvasPoint) {
+    pickImage([this, canvasPoint](const QUrl &file) { m_viewModel->insertFiles({file}, canvasPoint); });
+}
+
+void InfiniteCanvasView::pickImage(const std::function<void(const QUrl &)> &chosen) {
+    imagePicker().open(chosen);
+}
+
+void InfiniteCanvasView::pickPlace(const QString &fileName, const std::function<void(const QUrl &)> &chosen) {
+    imagePicker().openToSave(fileName, chosen);
+}
+
+std::vector<MenuEntry> InfiniteCanvasView::menuEntriesOf(const Block &block) const {
+    const BlockContainerView *container = containerOf(&block);
+    return container ? container->body()->menuEntries() : std::vector<MenuEntry>();
+}
+
+void InfiniteCanvasView::bringIntoView(const Block &block) {
+    const QRectF room = QRectF({}, size()).adjusted(kViewMargin, kViewMargin, -kViewMargin, -kViewMargin);
+    const QRectF frame(m_viewport.toScreen({block.xPosition(), block.yPosition()}),
+                       QSizeF(block.width(), block.height()) * m_viewport.scale());
+    // The beginning counts where the whole does not fit.
+    const double dx = std::max(std::min(0.0, room.right() - frame.right()), room.left() - frame.left());
+    const double dy = std::max(std::min(0.0, room.bottom() - frame.bottom()), room.top() - frame.top());
+    panBy({dx, dy});
+}
+
+void InfiniteCanvasView::forgetContainer(BlockContainerView &container) {
+    // A block that came back into view may have a new container already.
+    if (containerOf(container.block()) == &container) {
+        m_containers.remove(container.block());
+    }
+}
+
+BlockContainerView *InfiniteCanvasView::containerOf(const Block *block) const {
+    return m_containers.value(block);
+}
+
+} // namespace tallowby

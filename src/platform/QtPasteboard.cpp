@@ -1,0 +1,72 @@
+#include "platform/QtPasteboard.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
+#include <memory>
+
+namespace tallowby {
+
+namespace {
+
+/// Null while another program that owns the clipboard does not answer.
+const QMimeData *clipboardData() {
+    return QGuiApplication::clipboard()->mimeData();
+}
+
+} // namespace
+
+QList<QUrl> QtPasteboard::fileUrls() const {
+    const QMimeData *content = clipboardData();
+    QList<QUrl> urls = content ? content->urls() : QList<QUrl>();
+    urls.removeIf([](const QUrl &url) { return !url.isLocalFile(); });
+    return urls;
+}
+
+QByteArray QtPasteboard::imageBytes() const {
+    const QMimeData *content = clipboardData();
+    if (!content || !content->hasImage()) {
+        return {};
+    }
+    // The bytes as the other program has them: nothing is decoded before somebody has looked at them.
+    const QStringList formats = content->formats();
+    for (const QString &format : {QStringLiteral("image/png"), QStringLiteral("image/jpeg"),
+                                  QStringLiteral("image/webp"), QStringLiteral("image/gif")}) {
+        if (formats.contains(format)) {
+            return content->data(format);
+        }
+    }
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    content->imageData().value<QImage>().save(&buffer, "PNG");
+    return png;
+}
+
+QString QtPasteboard::text() const {
+    const QMimeData *content = clipboardData();
+    return content ? content->text() : QString();
+}
+
+QByteArray QtPasteboard::data(const QString &mimeType) const {
+    const QMimeData *content = clipboardData();
+    return content ? content->data(mimeType) : QByteArray();
+}
+
+void QtPasteboard::write(const PasteboardContent &content) {
+    auto mimeData = std::make_unique<QMimeData>();
+    if (!content.text.isEmpty()) {
+        mimeData->setText(content.text);
+    }
+    if (!content.image.isNull()) {
+        mimeData->setImageData(content.image);
+    }
+    for (const auto &[mimeType, bytes] : content.data) {
+        mimeData->setData(mimeType, bytes);
+    }
+    QGuiApplication::clipboard()->setMimeData(mimeData.release());
+}
+
+} // namespace tallowby
