@@ -3,11 +3,14 @@
 #include "model/AnyCodable.h"
 #include "storage/BlockFileWriter.h"
 
+#include <QPolygonF>
+#include <QRectF>
 #include <QStringList>
 
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <numbers>
 #include <random>
 
 namespace tallowby::bench {
@@ -23,6 +26,12 @@ constexpr double kRowHeight = 200 + kGap;
 constexpr int kTextLength = 40;
 constexpr int kHeavyItems = 5;
 constexpr int kHeavyTextLength = 52;
+constexpr QRectF kStrokesArea(-880, -480, 1760, 960);
+constexpr int kStrokePoints = 100;
+/// In points, from one point of a stroke to the next.
+constexpr double kStrokeStep = 4;
+/// What a sketch's frame leaves around its strokes.
+constexpr double kSketchPadding = 40;
 /// 2025-01-29, so that equal seeds give equal files.
 constexpr double kFirstDay = 760'000'000;
 
@@ -102,6 +111,45 @@ void fillKind(BlockFields &fields, std::size_t place, AnyCodable::Object &payloa
     }
 }
 
+double between(Dice &dice, double low, double high) {
+    return low + (high - low) * dice.below(10'000) / 10'000.0;
+}
+
+/// A line that keeps turning, as a hand draws it.
+void fillStroke(BlockFields &fields, AnyCodable::Object &payload, Dice &dice) {
+    static const QStringList colors = QStringLiteral("#333333 #2F6BEB #C8372D #34C759").split(u' ');
+    QPointF at(between(dice, kStrokesArea.left(), kStrokesArea.right()),
+               between(dice, kStrokesArea.top(), kStrokesArea.bottom()));
+    double heading = between(dice, 0, 2 * std::numbers::pi);
+    double turn = 0;
+    QPolygonF line;
+    AnyCodable::Array points;
+    for (int next = 0; next < kStrokePoints; ++next) {
+        line << at;
+        AnyCodable::Object point;
+        point.set(QStringLiteral("x"), at.x());
+        point.set(QStringLiteral("y"), at.y());
+        point.set(QStringLiteral("pressure"), 1.0);
+        points.emplace_back(std::move(point));
+        turn = 0.8 * turn + between(dice, -0.15, 0.15);
+        heading += turn;
+        at += kStrokeStep * QPointF(std::cos(heading), std::sin(heading));
+    }
+    AnyCodable::Object stroke;
+    stroke.set(QStringLiteral("points"), std::move(points));
+    stroke.set(QStringLiteral("color"), colors.at(dice.below(std::uint32_t(colors.size()))));
+    stroke.set(QStringLiteral("width"), double(2 + dice.below(5)));
+    AnyCodable::Array strokes;
+    strokes.emplace_back(std::move(stroke));
+    payload.set(QStringLiteral("strokes"), std::move(strokes));
+    const QRectF frame = line.boundingRect().adjusted(-kSketchPadding, -kSketchPadding, kSketchPadding, kSketchPadding);
+    fields.blockType = BlockType::sketch;
+    fields.xPosition = frame.x();
+    fields.yPosition = frame.y();
+    fields.width = frame.width();
+    fields.height = frame.height();
+}
+
 } // namespace
 
 std::vector<SharedBlockFields> sceneRecords(const Scene &scene) {
@@ -120,7 +168,11 @@ std::vector<SharedBlockFields> sceneRecords(const Scene &scene) {
         fields->zIndex = std::int64_t(place);
         fields->createdAt.secondsSinceReference = kFirstDay + double(place) + dice.below(1'000'000) / 1e6;
         fields->updatedAt = fields->createdAt;
-        fillKind(*fields, place, payload, dice);
+        if (scene.kind == Scene::Kind::strokes) {
+            fillStroke(*fields, payload, dice);
+        } else {
+            fillKind(*fields, place, payload, dice);
+        }
         if (scene.kind == Scene::Kind::heavyGrid) {
             payload.set(QStringLiteral("items"), heavyItems(dice));
         }

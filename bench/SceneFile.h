@@ -17,6 +17,8 @@ struct Scene {
         grid,
         /// The same with payloads that bring a record to about 1.1 KB.
         heavyGrid,
+        /// Sketches of one curly stroke of 100 points each, all over one screen around the origin.
+        strokes,
     };
 
     Kind kind = Kind::grid;
