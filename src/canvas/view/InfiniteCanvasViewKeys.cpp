@@ -322,6 +322,8 @@ void InfiniteCanvasView::handOverInputMethod() {
         return;
     }
     m_keepsInputMethod = false;
+    // One that was emptied letter by letter may still remember the last of them, and would commit it now.
+    QGuiApplication::inputMethod()->reset();
     if (QQuickItem *input = editorInput()) {
         input->forceActiveFocus();
     }
