@@ -152,7 +152,8 @@ TEST_F(PictureBodies, WhatCannotBeShownSaysWhy) {
     const BlockPtr words = addImage("no picture at all", {-100, -250, 200, 150});
     const BlockPtr broken = canvas.add(BlockType::image, {150, -250, 200, 150});
     broken->setContent(R"({"image":"QUJ*"})");
-    EXPECT_TRUE(test::waitUntil([&] { return !bodyOf(bomb).message().isEmpty() && !bodyOf(words).message().isEmpty(); }));
+    EXPECT_TRUE(
+        test::waitUntil([&] { return !bodyOf(bomb).message().isEmpty() && !bodyOf(words).message().isEmpty(); }));
     EXPECT_EQ(bodyOf(bomb).message(), QStringLiteral("This picture cannot be shown: it has more than 100 megapixels"));
     EXPECT_EQ(bodyOf(words).message(), QStringLiteral("This picture cannot be shown: it is no picture"));
     EXPECT_TRUE(bodyOf(broken).isEmpty() && bodyOf(broken).message().isEmpty());
