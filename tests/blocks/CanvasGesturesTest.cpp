@@ -113,6 +113,27 @@ TEST_F(CanvasGestures, TheMiddleButtonAndABlankHeldPan) {
     EXPECT_EQ(canvas.view->viewport().offset(), QPointF(0, 0));
 }
 
+TEST_F(CanvasGestures, WhatIsDraggedIsSeenWhereItIsDrawn) {
+    const BlockPtr block = canvas.add(BlockType::image, {0, 0, 100, 80});
+    const BlockPtr far = canvas.add(BlockType::image, {3000, 0, 100, 80});
+    canvas.model.selectAll();
+    canvas.down(kOrigin + QPointF(50, 40));
+    canvas.moveTo(kOrigin + QPointF(80, 40));
+    ASSERT_FALSE(canvas.containers().contains(far.get()));
+    // Away under the pointer, so far that the places where both of them were are out of sight.
+    canvas.view->panBy({-2000, 0});
+    canvas.settle();
+    canvas.moveTo(kOrigin + QPointF(90, 40));
+    ASSERT_TRUE(canvas.containers().contains(block.get()));
+    EXPECT_EQ(container(block).mapToScene({0, 0}).x(), 400 + 40);
+    canvas.moveTo(kOrigin + QPointF(-900, 40));
+    ASSERT_TRUE(canvas.containers().contains(far.get()));
+    EXPECT_EQ(container(far).mapToScene({0, 0}).x(), container(block).mapToScene({0, 0}).x() + 3000);
+    canvas.up();
+    canvas.settle();
+    EXPECT_EQ(far->xPosition() - block->xPosition(), 3000);
+}
+
 TEST_F(CanvasGestures, ARightClickAsksForTheMenuOfWhatItHits) {
     std::vector<std::pair<QPointF, Block *>> requests;
     QObject::connect(canvas.view.get(), &InfiniteCanvasView::contextMenuRequested, canvas.view.get(),

@@ -29,6 +29,10 @@ double pixelCount(const QRectF &rect) {
 } // namespace
 
 std::shared_ptr<const PathPicture> PathPicture::make(const PathDrawing &drawing, const Place &place) {
+    return make(drawing, place, Form::smallest);
+}
+
+std::shared_ptr<const PathPicture> PathPicture::make(const PathDrawing &drawing, const Place &place, Form form) {
     const QRectF exact = inPixels(drawing, place);
     // Asked before anything is rounded: a record may claim a drawing of any size.
     const double pixels = pixelCount(exact);
@@ -38,7 +42,7 @@ std::shared_ptr<const PathPicture> PathPicture::make(const PathDrawing &drawing,
     }
     // With an empty pixel all around: the edge of a picture that is turned would be jagged, its inside is not.
     return std::shared_ptr<const PathPicture>(
-        new PathPicture(drawing, place, exact.toAlignedRect().adjusted(-1, -1, 1, 1)));
+        new PathPicture(drawing, place, exact.toAlignedRect().adjusted(-1, -1, 1, 1), form));
 }
 
 std::shared_ptr<const PathPicture> PathPicture::makeBounded(const PathDrawing &drawing, Place place) {
@@ -47,27 +51,45 @@ std::shared_ptr<const PathPicture> PathPicture::makeBounded(const PathDrawing &d
         // Edges have to fit, too, so that the longest one decides.
         place.scale *= 0.9 * std::sqrt(kLargestPicture / pixels);
     }
-    return make(drawing, place);
+    return make(drawing, place, Form::whole);
 }
 
-PathPicture::PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels)
+PathPicture::PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels, Form form)
     : m_place(place)
-    , m_topLeft(pixels.topLeft())
-    , m_image(pixels.size(), QImage::Format_ARGB32_Premultiplied) {
-    bytesInUse() += m_image.sizeInBytes();
-    m_image.fill(Qt::transparent);
-    QPainter painter(&m_image);
+    , m_topLeft(pixels.topLeft()) {
+    QImage image(pixels.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.translate(place.phase - m_topLeft);
     painter.scale(place.scale, place.scale);
     drawing.paint(painter);
+    painter.end();
+    if (form == Form::smallest && InkedPixels::inkOf(image) <= InkedPixels::kMostInk) {
+        m_pixels = InkedPixels(image);
+    } else {
+        m_pixels = image;
+    }
+    bytesInUse() += sizeInBytes();
 }
 
 PathPicture::~PathPicture() {
-    bytesInUse() -= m_image.sizeInBytes();
+    bytesInUse() -= sizeInBytes();
+}
+
+QImage PathPicture::image() const {
+    return ink() ? ink()->image() : std::get<QImage>(m_pixels);
+}
+
+QSize PathPicture::size() const {
+    return std::visit([](const auto &pixels) { return pixels.size(); }, m_pixels);
+}
+
+qint64 PathPicture::sizeInBytes() const {
+    return std::visit([](const auto &pixels) { return qint64(pixels.sizeInBytes()); }, m_pixels);
 }
 
 QRectF PathPicture::area() const {
-    return {(m_topLeft - m_place.phase) / m_place.scale, QSizeF(m_image.size()) / m_place.scale};
+    return {(m_topLeft - m_place.phase) / m_place.scale, QSizeF(size()) / m_place.scale};
 }
 
 } // namespace tallowby

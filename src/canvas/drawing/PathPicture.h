@@ -1,10 +1,12 @@
 #pragma once
 
+#include "canvas/drawing/InkedPixels.h"
 #include "canvas/drawing/PathDrawing.h"
 
 #include <QImage>
 
 #include <memory>
+#include <variant>
 
 namespace tallowby {
 
@@ -26,25 +28,38 @@ public:
     /// In bytes, of all pictures.
     static constexpr qint64 kBudget = 96 * 1024 * 1024;
 
-    /// Null where the drawing is empty or too large, or no memory is left for it.
+    /// Null where the drawing is empty or too large, or no memory is left for it. A drawing of thin lines is kept as
+    /// their pixels alone.
     [[nodiscard]] static std::shared_ptr<const PathPicture> make(const PathDrawing &drawing, const Place &place);
-    /// As `make`, but a drawing that is too large comes out coarser instead.
+    /// For a texture: always whole, and a drawing that is too large comes out coarser instead.
     [[nodiscard]] static std::shared_ptr<const PathPicture> makeBounded(const PathDrawing &drawing, Place place);
     ~PathPicture();
     PathPicture(const PathPicture &) = delete;
     PathPicture &operator=(const PathPicture &) = delete;
 
-    [[nodiscard]] const QImage &image() const { return m_image; }
+    [[nodiscard]] QImage image() const;
+    /// Null where the picture is kept whole.
+    [[nodiscard]] const InkedPixels *ink() const { return std::get_if<InkedPixels>(&m_pixels); }
+    /// In pixels.
+    [[nodiscard]] QSize size() const;
     [[nodiscard]] const Place &place() const { return m_place; }
     /// What the picture covers, in the drawing's points.
     [[nodiscard]] QRectF area() const;
 
 private:
-    PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels);
+    enum class Form {
+        whole,
+        smallest,
+    };
+
+    [[nodiscard]] static std::shared_ptr<const PathPicture> make(const PathDrawing &drawing, const Place &place,
+                                                                 Form form);
+    PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels, Form form);
+    [[nodiscard]] qint64 sizeInBytes() const;
 
     Place m_place;
     QPoint m_topLeft;
-    QImage m_image;
+    std::variant<QImage, InkedPixels> m_pixels;
 };
 
 } // namespace tallowby

@@ -1,5 +1,7 @@
 #include "canvas/drawing/SoftwarePathNode.h"
 
+#include "canvas/drawing/ClippedOutlines.h"
+
 #include <QPainter>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -15,11 +17,31 @@ namespace {
 constexpr double kScaleTolerance = 1e-5;
 
 /// In screen points. The rasteriser does not come to an end with outlines that are far longer than the screen.
-constexpr double kLongestPainted = 20'000;
+constexpr double kLongestPainted = 8'000;
 
 bool fits(const QTransform &toDevice, double scale) {
     const auto isScale = [scale](double factor) { return std::abs(factor / scale - 1) < kScaleTolerance; };
     return toDevice.type() <= QTransform::TxScale && isScale(toDevice.m11()) && isScale(toDevice.m22());
+}
+
+bool isUpright(const QTransform &toDevice) {
+    return toDevice.type() <= QTransform::TxScale && toDevice.m11() > 0 && toDevice.m22() > 0;
+}
+
+/// Null where the painter draws on something else than pixels in memory.
+QImage *pixelsOf(QPainter &painter) {
+    QPaintDevice *device = painter.device();
+    auto *image = device->devType() == QInternal::Image ? static_cast<QImage *>(device) : nullptr;
+    return image && image->depth() == 32 ? image : nullptr;
+}
+
+/// In pixels of the device, whose window the region is in.
+QRegion inPixels(const QRegion &region, double ratio) {
+    QRegion pixels;
+    for (const QRect &rect : region) {
+        pixels += QTransform::fromScale(ratio, ratio).mapRect(QRectF(rect)).toAlignedRect();
+    }
+    return pixels;
 }
 
 } // namespace
@@ -43,9 +65,6 @@ void SoftwarePathNode::render(const RenderState *state) {
         return;
     }
     const QRectF wanted = matrix()->mapRect(m_rect);
-    if (!m_picture && std::max(wanted.width(), wanted.height()) > kLongestPainted) {
-        return;
-    }
     const QRect seen = wanted.toAlignedRect() & painter->window();
     const QRegion *clip = state->clipRegion();
     if (seen.isEmpty() || (clip && !clip->isEmpty() && !clip->intersects(seen))) {
@@ -58,25 +77,49 @@ void SoftwarePathNode::render(const RenderState *state) {
     painter->setTransform(matrix()->toTransform());
     painter->setOpacity(inheritedOpacity());
     if (!m_picture) {
-        m_drawing.paint(*painter);
+        paintOutlines(*painter, wanted);
         return;
     }
     const QTransform toDevice = painter->deviceTransform();
-    if (!fits(toDevice, m_picture->place().scale)) {
-        painter->setRenderHint(QPainter::SmoothPixmapTransform, toDevice.type() > QTransform::TxScale);
-        painter->drawImage(m_picture->area(), m_picture->image());
+    const bool isExact = fits(toDevice, m_picture->place().scale);
+    const QPointF place = toDevice.map(m_picture->area().topLeft());
+    const QPointF wholePlace(std::round(place.x()), std::round(place.y()));
+    const double ratio = painter->device()->devicePixelRatio();
+    QImage *pixels = pixelsOf(*painter);
+    if (m_picture->ink() && pixels && isUpright(toDevice) && inheritedOpacity() >= 1) {
+        const double scale = m_picture->place().scale;
+        const InkedPixels::Placement placement =
+            isExact
+                ? InkedPixels::Placement{.topLeft = wholePlace}
+                : InkedPixels::Placement{.topLeft = place, .scale = {toDevice.m11() / scale, toDevice.m22() / scale}};
+        for (const QRect &rect : inPixels(clip && !clip->isEmpty() ? *clip & seen : QRegion(seen), ratio)) {
+            m_picture->ink()->paint(*pixels, placement, rect);
+        }
         return;
     }
-    const QPointF exact = toDevice.map(m_picture->area().topLeft());
-    const double ratio = painter->device()->devicePixelRatio();
-    painter->resetTransform();
-    const QRectF target(QPointF(std::round(exact.x()), std::round(exact.y())) / ratio,
-                        QSizeF(m_picture->image().size()) / ratio);
-    if (ratio == 1) {
-        painter->drawImage(target.topLeft(), m_picture->image());
-    } else {
-        painter->drawImage(target, m_picture->image());
+    const QImage image = m_picture->image();
+    if (!isExact) {
+        painter->setRenderHint(QPainter::SmoothPixmapTransform, toDevice.type() > QTransform::TxScale);
+        painter->drawImage(m_picture->area(), image);
+        return;
     }
+    painter->resetTransform();
+    const QRectF target(wholePlace / ratio, QSizeF(image.size()) / ratio);
+    if (ratio == 1) {
+        painter->drawImage(target.topLeft(), image);
+    } else {
+        painter->drawImage(target, image);
+    }
+}
+
+void SoftwarePathNode::paintOutlines(QPainter &painter, const QRectF &wanted) const {
+    if (std::max(wanted.width(), wanted.height()) <= kLongestPainted) {
+        m_drawing.paint(painter);
+        return;
+    }
+    const QTransform toWindow = painter.transform();
+    painter.resetTransform();
+    clippedOutlines(m_drawing, toWindow, painter.window()).paint(painter);
 }
 
 } // namespace tallowby

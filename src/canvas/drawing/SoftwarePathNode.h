@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class QPainter;
 class QQuickWindow;
 
 namespace tallowby {
@@ -26,6 +27,9 @@ public:
     [[nodiscard]] QRectF rect() const override { return m_rect; }
 
 private:
+    /// `wanted`: what the drawing takes up in the window.
+    void paintOutlines(QPainter &painter, const QRectF &wanted) const;
+
     QQuickWindow &m_window;
     PathDrawing m_drawing;
     std::shared_ptr<const PathPicture> m_picture;

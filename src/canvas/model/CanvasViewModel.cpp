@@ -52,8 +52,20 @@ void CanvasViewModel::updateVisibleBlocks(const QRectF &viewport, double scale) 
     m_visibleBlocks.assign(blocksInViewport());
 }
 
+void CanvasViewModel::showShifted(const std::vector<BlockPtr> &shifted, QPointF offset) {
+    if (shifted != m_shiftedBlocks) {
+        m_shiftedBlocks = shifted;
+        m_shift.blocks.clear();
+        std::ranges::transform(shifted, std::inserter(m_shift.blocks, m_shift.blocks.end()), &BlockPtr::get);
+    }
+    m_shift.offset = offset;
+    if (!shifted.empty()) {
+        m_visibleBlocks.assign(blocksInViewport());
+    }
+}
+
 std::vector<BlockPtr> CanvasViewModel::blocksInViewport() const {
-    return m_culledRect ? m_live.meeting(*m_culledRect, kSmallestCulledSize, m_focusedBlock.get()) : blocks();
+    return m_culledRect ? m_live.meeting(*m_culledRect, kSmallestCulledSize, m_focusedBlock.get(), m_shift) : blocks();
 }
 
 BlockPtr CanvasViewModel::blockAt(QPointF canvasPoint) const {

@@ -80,6 +80,9 @@ public:
     /// `viewport` in canvas points; `scale` in screen points per canvas point. A block that is being edited stays, so
     /// that typing goes on when it is panned out of sight.
     void updateVisibleBlocks(const QRectF &viewport, double scale);
+    /// These are drawn that far from where they are, for as long as they are dragged, and visible there. No blocks ends
+    /// that; what is visible then is found anew when the viewport changes.
+    void showShifted(const std::vector<BlockPtr> &shifted, QPointF offset);
 
     /// The topmost visible block whose turned rectangle holds the canvas point, or null.
     [[nodiscard]] BlockPtr blockAt(QPointF canvasPoint) const;
@@ -304,6 +307,8 @@ private:
     VisibleBlocksModel m_visibleBlocks;
     std::vector<BlockPtr> m_selectedBlocks;
     std::optional<QRectF> m_culledRect;
+    std::vector<BlockPtr> m_shiftedBlocks;
+    LiveBlocks::Shift m_shift;
     std::int64_t m_maxZIndex = 0;
     std::int64_t m_minZIndex = 0;
     UndoHistory m_history;

@@ -93,10 +93,12 @@ void LiveBlocks::noteFrames() {
     std::ranges::transform(m_blocks, m_reaches.begin(), [](const BlockPtr &block) { return reachOf(*block); });
 }
 
-std::vector<BlockPtr> LiveBlocks::meeting(const QRectF &rect, QSizeF smallest, const Block *always) const {
+std::vector<BlockPtr> LiveBlocks::meeting(const QRectF &rect, QSizeF smallest, const Block *always,
+                                          const Shift &shift) const {
     std::vector<BlockPtr> found;
     for (std::size_t i = 0; i < m_blocks.size(); ++i) {
-        const QRectF &reach = m_reaches[i];
+        const bool isShifted = !shift.blocks.empty() && shift.blocks.contains(m_blocks[i].get());
+        const QRectF reach = isShifted ? m_reaches[i].translated(shift.offset) : m_reaches[i];
         if (meet({reach.topLeft(), reach.size().expandedTo(smallest)}, rect) || m_blocks[i].get() == always) {
             found.push_back(m_blocks[i]);
         }

@@ -15,6 +15,12 @@ namespace tallowby {
 /// the rotation or the depth of a block says so here.
 class LiveBlocks {
 public:
+    /// Blocks that are drawn that far, in canvas points, from where they are.
+    struct Shift {
+        std::unordered_set<const Block *> blocks;
+        QPointF offset;
+    };
+
     /// Later ones are drawn above earlier ones.
     [[nodiscard]] const std::vector<BlockPtr> &inPaintOrder() const { return m_blocks; }
     [[nodiscard]] bool contains(const Block &block) const { return indexOf(block).has_value(); }
@@ -36,9 +42,9 @@ public:
     void noteFrames();
 
     /// Those whose frame, enlarged to `smallest` at least, meets the rectangle, in paint order. A turned block counts
-    /// where it is drawn, too, and `always` wherever it is.
+    /// where it is drawn, too, a shifted one only there, and `always` wherever it is.
     [[nodiscard]] std::vector<BlockPtr> meeting(const QRectF &rect, QSizeF smallest = {0, 0},
-                                                const Block *always = nullptr) const;
+                                                const Block *always = nullptr, const Shift &shift = {}) const;
 
 private:
     std::vector<BlockPtr> m_blocks;

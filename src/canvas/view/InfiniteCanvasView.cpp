@@ -211,6 +211,7 @@ void InfiniteCanvasView::showDrag(const std::vector<BlockPtr> &blocks, QPointF d
         show(before, std::nullopt);
     }
     show(blocks, dragOffset);
+    m_viewModel->showShifted(blocks, dragOffset);
     Q_EMIT selectionMoved();
 }
 
