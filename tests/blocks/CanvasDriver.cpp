@@ -1,5 +1,9 @@
 #include "blocks/CanvasDriver.h"
 
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
@@ -124,7 +128,7 @@ void CanvasDriver::stroke(const std::vector<std::pair<QPointF, double>> &points)
     up();
 }
 
-void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps) {
+void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps, std::chrono::milliseconds rest) {
     static const auto *const kScreen =
         registered(new QPointingDevice(QStringLiteral("screen"), 8, QInputDevice::DeviceType::TouchScreen,
                                        QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position, 5, 0));
@@ -143,7 +147,16 @@ void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps) {
     send(steps.front(), QEventPoint::State::Pressed);
     for (std::size_t step = 1; step < steps.size(); ++step) {
         send(steps[step], QEventPoint::State::Updated);
+        // The window hands on where fingers are once a frame.
+        bool isFramePainted = false;
+        const auto connection = QObject::connect(&window, &QQuickWindow::afterRendering, &window,
+                                                 [&isFramePainted] { isFramePainted = true; });
+        window.update();
+        EXPECT_TRUE(waitUntil([&isFramePainted] { return isFramePainted; }));
+        QObject::disconnect(connection);
     }
+    scheduler.advance(rest);
+    settle();
     send(steps.back(), QEventPoint::State::Released);
 }
 

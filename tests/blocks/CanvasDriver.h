@@ -42,8 +42,8 @@ public:
     void up();
     /// The same with a pen that presses so hard, from 0 to 1.
     void stroke(const std::vector<std::pair<QPointF, double>> &points);
-    /// Fingers that go down, move and leave.
-    void touch(const std::vector<std::vector<QPointF>> &steps);
+    /// Fingers that go down, move, rest and leave.
+    void touch(const std::vector<std::vector<QPointF>> &steps, std::chrono::milliseconds rest = {});
     void drop(QPointF position, const QList<QUrl> &files);
     void hold(Qt::Key key, const QString &text);
     void letGo(Qt::Key key);

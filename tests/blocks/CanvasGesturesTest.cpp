@@ -13,6 +13,8 @@ namespace tallowby {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 using testing::ElementsAre;
 
 constexpr QPointF kOrigin{400, 300};
@@ -115,23 +117,23 @@ TEST_F(CanvasGestures, TheMiddleButtonAndABlankHeldPan) {
 
 TEST_F(CanvasGestures, WhatIsDraggedIsSeenWhereItIsDrawn) {
     const BlockPtr block = canvas.add(BlockType::image, {0, 0, 100, 80});
-    const BlockPtr far = canvas.add(BlockType::image, {3000, 0, 100, 80});
+    const BlockPtr far = canvas.add(BlockType::image, {700, 0, 100, 80});
     canvas.model.selectAll();
     canvas.down(kOrigin + QPointF(50, 40));
     canvas.moveTo(kOrigin + QPointF(80, 40));
     ASSERT_FALSE(canvas.containers().contains(far.get()));
+    canvas.moveTo(kOrigin + QPointF(-350, 40));
+    ASSERT_TRUE(canvas.containers().contains(far.get()));
+    EXPECT_EQ(container(far).mapToScene({0, 0}).x(), 700);
     // Away under the pointer, so far that the places where both of them were are out of sight.
-    canvas.view->panBy({-2000, 0});
+    canvas.wheel({300, 300}, {-4000, 0});
     canvas.settle();
     canvas.moveTo(kOrigin + QPointF(90, 40));
     ASSERT_TRUE(canvas.containers().contains(block.get()));
     EXPECT_EQ(container(block).mapToScene({0, 0}).x(), 400 + 40);
-    canvas.moveTo(kOrigin + QPointF(-900, 40));
-    ASSERT_TRUE(canvas.containers().contains(far.get()));
-    EXPECT_EQ(container(far).mapToScene({0, 0}).x(), container(block).mapToScene({0, 0}).x() + 3000);
     canvas.up();
     canvas.settle();
-    EXPECT_EQ(far->xPosition() - block->xPosition(), 3000);
+    EXPECT_EQ(far->xPosition() - block->xPosition(), 700);
 }
 
 TEST_F(CanvasGestures, ARightClickAsksForTheMenuOfWhatItHits) {
@@ -191,6 +193,24 @@ TEST_F(CanvasGestures, FingersTapPanAndPinch) {
     EXPECT_NEAR(canvas.view->viewport().toScreen(under).x(), 300, 1e-6);
     EXPECT_NEAR(canvas.view->viewport().toScreen(under).y(), 240, 1e-6);
     EXPECT_EQ(block->xPosition(), 0);
+}
+
+TEST_F(CanvasGestures, AFingerThatRestsAsksForTheMenu) {
+    const BlockPtr block = canvas.add(BlockType::image, {0, 0, 100, 80});
+    std::vector<Block *> requests;
+    QObject::connect(canvas.view.get(), &InfiniteCanvasView::contextMenuRequested, canvas.view.get(),
+                     [&](QPointF, Block *asked) { requests.push_back(asked); });
+    const QPointF onBlock = kOrigin + QPointF(50, 40);
+    canvas.touch({{onBlock}, {onBlock + QPointF(1, 1)}}, 499ms);
+    EXPECT_TRUE(requests.empty()) << "left too early";
+    canvas.touch({{onBlock}, {onBlock + QPointF(40, 0)}}, 1s);
+    EXPECT_TRUE(requests.empty()) << "went on";
+    canvas.touch({{{100, 100}, {200, 100}}}, 1s);
+    EXPECT_TRUE(requests.empty());
+    const double x = block->xPosition();
+    canvas.touch({{onBlock + QPointF(40, 0)}, {onBlock + QPointF(41, 1)}}, 500ms);
+    EXPECT_EQ(requests, std::vector<Block *>{block.get()});
+    EXPECT_EQ(block->xPosition(), x);
 }
 
 TEST_F(CanvasGestures, DroppedPicturesLieWhereTheyAreDropped) {

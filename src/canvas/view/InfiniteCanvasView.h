@@ -170,6 +170,7 @@ private:
     void cancelGesture();
     void noteGesture();
     void pinchBy(const QTouchEvent &event);
+    void awaitRest(QPointF screenPoint);
     void requestContextMenu(QPointF screenPoint);
     void updateCursor();
     void setIsBlankHeld(bool isHeld);
@@ -200,6 +201,8 @@ private:
     /// At which the bodies were told how they are seen.
     double m_shownZoom = 1;
     ScheduledCall m_zoomSettling;
+    ScheduledCall m_fingerResting;
+    QPointF m_fingerStart;
     CanvasViewModel *m_viewModel = nullptr;
     const BlockKindRegistry *m_blockKinds = nullptr;
     NotificationCenter *m_notifications = nullptr;

@@ -26,6 +26,8 @@ constexpr double kScrollPointsPerDegree = 4;
 constexpr double kZoomPerScrollPoint = 0.01;
 /// Fingers closer than this, in points, say nothing about a zoom.
 constexpr double kClosestFingers = 10;
+/// As long as on other touch screens.
+constexpr std::chrono::milliseconds kFingerRest{500};
 
 /// Touchpads report points; wheels report angles, of which a degree counts as a point when zooming.
 QPointF scrollDelta(const QWheelEvent &event, double pointsPerDegree) {
@@ -130,6 +132,9 @@ void InfiniteCanvasView::touchEvent(QTouchEvent *event) {
         touchUngrabEvent();
         return;
     }
+    if (points.size() > 1 || isEnd || QLineF(m_fingerStart, points.front().position()).length() > dragThreshold()) {
+        m_fingerResting.cancel();
+    }
     if (points.size() > 1) {
         cancelGesture();
         pinchBy(*event);
@@ -137,6 +142,9 @@ void InfiniteCanvasView::touchEvent(QTouchEvent *event) {
         forceActiveFocus(Qt::MouseFocusReason);
         const bool isSelecting = m_viewModel->activeTool().kind() == CanvasTool::Kind::select;
         press(inputOf(*event), m_hasPen && !isSelecting);
+        if (isSelecting) {
+            awaitRest(points.front().position());
+        }
     } else if (isEnd) {
         release(inputOf(*event));
     } else {
@@ -147,7 +155,17 @@ void InfiniteCanvasView::touchEvent(QTouchEvent *event) {
     }
 }
 
+/// A finger has no second button: one that rests asks for the menu.
+void InfiniteCanvasView::awaitRest(QPointF screenPoint) {
+    m_fingerStart = screenPoint;
+    m_fingerResting = m_viewModel->scheduler().after(kFingerRest, [this, screenPoint] {
+        cancelGesture();
+        requestContextMenu(screenPoint);
+    });
+}
+
 void InfiniteCanvasView::touchUngrabEvent() {
+    m_fingerResting.cancel();
     m_pinch.reset();
     cancelGesture();
 }
