@@ -26,6 +26,8 @@ create function pg_temp.upsert(id text, user_id text, note text) returns text la
     ' on conflict (id) do update set user_id = excluded.user_id, raw_text = excluded.raw_text'
 $$;
 
+-- Only the rows of this test, whatever the database was seeded with.
+delete from blocks;
 -- Alice has two rows, Bob has one, and one belongs to nobody.
 do $$
 begin

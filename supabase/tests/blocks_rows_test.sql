@@ -31,6 +31,7 @@ end
 $$;
 create function pg_temp.upsert(text) returns text language sql as $$ select pg_temp.upsert($1::jsonb) $$;
 
+delete from blocks;
 select set_config('request.headers', '{"x-tallowby-user-id": "AAAAAAAA-0000-4000-8000-000000000000"}', true);
 set local role anon;
 

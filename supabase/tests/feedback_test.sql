@@ -12,6 +12,7 @@ create function pg_temp.answer(open_text text, voice_note_path text) returns tex
     open_text, voice_note_path)
 $$;
 
+delete from feedback_responses;
 set local role anon;
 select lives_ok(pg_temp.answer('', null), 'an answer without a word');
 select lives_ok(pg_temp.answer('More, please', 'feedback-audio/0F0F0F0F-0000-4000-8000-000000000001.m4a'),

@@ -300,8 +300,9 @@ test('faults come once, in place of the right answer or after it, and the journa
 test('the program says its port, listens here alone, and ends with its standard input', async () => {
   const program = path.resolve(__dirname, '../support/backend/Gateway.js');
   const child = spawn(process.execPath, [program, '--seed'], { stdio: ['pipe', 'pipe', 'inherit'] });
-  const [line] = await once(child.stdout, 'data');
-  const [, port] = /^listening on 127\.0\.0\.1:(\d+)\n$/.exec(line.toString());
+  const ended = once(child, 'exit');
+  const line = await Promise.race([once(child.stdout, 'data'), ended]);
+  const [, port] = /^listening on 127\.0\.0\.1:(\d+)\n$/.exec(String(line));
   const seeded = new PostgrestClient(`http://127.0.0.1:${port}/rest/v1`, {
     headers: headersOf('5EED0000-0000-4000-8000-00000000A11A'),
   });
@@ -309,5 +310,5 @@ test('the program says its port, listens here alone, and ends with its standard 
   const socket = net.connect(Number(port), '127.0.0.2');
   await assert.rejects(once(socket, 'connect'), { code: 'ECONNREFUSED' });
   child.stdin.end();
-  assert.deepEqual(await once(child, 'exit'), [0, null]);
+  assert.deepEqual(await ended, [0, null]);
 });

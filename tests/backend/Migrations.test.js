@@ -9,6 +9,7 @@ const { openDatabase, seed, sqlTests } = require('../support/backend/Database');
 let database;
 before(async () => {
   database = await openDatabase();
+  await seed(database);
 });
 after(() => database.close());
 
@@ -33,8 +34,7 @@ for (const { name, sql } of files) {
   });
 }
 
-test('the seed is a canvas of its own user', async () => {
-  await seed(database);
+test('the seed is a canvas of its own user, and can be sown twice', async () => {
   await seed(database);
   const { rows } = await database.query('select distinct user_id, count(*)::integer from blocks group by user_id');
   assert.deepEqual(rows, [{ user_id: '5eed0000-0000-4000-8000-00000000a11a', count: 3 }]);
