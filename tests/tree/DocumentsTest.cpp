@@ -16,7 +16,8 @@ QStringList documents(const SourceTree &tree) {
 /// Whether a text in backticks names a file or folder of this repository, and which.
 QString namedPath(const QString &quoted) {
     static const QRegularExpression kPath(
-        QStringLiteral(R"(^(?:\./)?((?:src|tests|tools|docs|cmake|bench|packaging|\.ci)(?:/[\w.-]+)*/?|run|test)$)"));
+        QStringLiteral(R"(^(?:\./)?((?:src|tests|tools|docs|cmake|bench|packaging|supabase|\.ci))"
+                       R"((?:/[\w.-]+)*/?|run|test)$)"));
     const auto match = kPath.match(quoted);
     return match.hasMatch() ? match.captured(1) : QString();
 }
