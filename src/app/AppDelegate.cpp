@@ -4,6 +4,8 @@
 #include "app/PermissionManager.h"
 #include "app/StatusItem.h"
 #include "app/settings/SettingsWindowController.h"
+#include "app/sync/SyncDotView.h"
+#include "app/sync/SyncStatus.h"
 #include "blocks/CanvasFactory.h"
 #include "canvas/model/CanvasViewModel.h"
 #include "flip/FlipEngine.h"
@@ -11,8 +13,12 @@
 #include "flip/hotkey/HotkeyListener.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
+#include "search/SearchOverlayView.h"
 #include "storage/BlockStorage.h"
 #include "storage/DebouncedSaver.h"
+#include "sync/EmbeddingService.h"
+#include "sync/NetworkHttpClient.h"
+#include "sync/SyncEngine.h"
 
 #include <QCoreApplication>
 #include <QQuickItem>
@@ -20,9 +26,12 @@
 namespace tallowby {
 
 AppDelegate::AppDelegate()
-    : m_platform(makeDesktopPlatform(m_scheduler))
+    : m_supabaseConfig(SupabaseConfig::fromEnvironment())
+    , m_platform(makeDesktopPlatform(m_scheduler))
     , m_settings(m_defaults, m_notifications, m_platform->displays())
-    , m_launchAtLoginManager(std::make_unique<LaunchAtLoginManager>(m_platform->loginItem(), m_defaults)) {
+    , m_launchAtLoginManager(std::make_unique<LaunchAtLoginManager>(m_platform->loginItem(), m_defaults))
+    , m_syncStatus(std::make_unique<SyncStatus>(m_scheduler))
+    , m_embeddings(std::make_unique<EmbeddingService>()) {
     m_qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
 }
 
@@ -44,6 +53,24 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     m_canvasReadyObservation = m_notifications.observe(
         events::canvasReady, [this](const Notification &notification) { canvasReady(notification); });
+    m_firstFlipObservation =
+        m_notifications.observe(events::flipComplete, [this](const Notification &) { onFirstFlip(); });
+}
+
+/// Not at launch: until the canvas has been seen once, neither blocks nor network are needed.
+void AppDelegate::onFirstFlip() {
+    if (m_syncEngine || !m_storage) {
+        return;
+    }
+    m_httpClient = std::make_unique<NetworkHttpClient>(m_scheduler);
+    m_syncEngine = std::make_unique<SyncEngine>(*m_storage, m_defaults, m_scheduler, *m_httpClient, *m_embeddings,
+                                                m_supabaseConfig);
+    connect(m_syncEngine.get(), &SyncEngine::remoteChangesMerged, m_canvasViewModel.get(),
+            &CanvasViewModel::refreshBlocks);
+    m_syncStatus->setEngine(m_syncEngine.get());
+    m_searchOverlay->viewModel()->setSyncEngine(m_syncEngine.get());
+    m_firstFlipObservation.stop();
+    logLine(u"[AppDelegate] ✅ SyncEngine initialized on first flip");
 }
 
 void AppDelegate::initializeApp() {
@@ -77,7 +104,7 @@ void AppDelegate::setupStatusBarItem() {
 void AppDelegate::openSettings() {
     if (!m_settingsWindowController) {
         m_settingsWindowController =
-            std::make_unique<SettingsWindowController>(m_qmlEngine, m_settings, m_platform->displays());
+            std::make_unique<SettingsWindowController>(m_qmlEngine, m_settings, m_platform->displays(), *m_syncStatus);
     }
     m_settingsWindowController->show();
 }
@@ -116,6 +143,9 @@ QQuickItem *AppDelegate::makeCanvas() {
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
     view->setMotionPreference(&m_platform->motionPreference());
+    SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
+    m_searchOverlay =
+        SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});
     const auto nameHotkey = [this, view] {
         view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
     };
@@ -132,6 +162,9 @@ void AppDelegate::applicationWillTerminate() {
     }
     if (m_flipEngine) {
         m_flipEngine->cleanup();
+    }
+    if (m_syncEngine) {
+        m_syncEngine->disconnect();
     }
     logLine(u"[AppDelegate] 👋 Tallowby Ghost App terminating");
 }

@@ -7,6 +7,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/desktop/DesktopPlatform.h"
 #include "platform/desktop/InstanceBus.h"
+#include "sync/SupabaseConfig.h"
 
 #include <QObject>
 #include <QQmlEngine>
@@ -20,12 +21,17 @@ namespace tallowby {
 class BlockStorage;
 class CanvasViewModel;
 class DebouncedSaver;
+class EmbeddingService;
 class FlipEngine;
 class HotkeyListener;
+class HttpClient;
 class LaunchAtLoginManager;
 class PermissionManager;
 class SettingsWindowController;
+class SearchOverlayView;
 class StatusItem;
+class SyncEngine;
+class SyncStatus;
 
 /// The composition root: makes every component, hands each what it needs, and ends them in order. Main thread only.
 /// Members stand in the order in which they are made.
@@ -53,11 +59,13 @@ private:
     void setupStatusBarItem();
     void openSettings();
     void canvasReady(const Notification &notification);
+    void onFirstFlip();
     [[nodiscard]] QQuickItem *makeCanvas();
 
     QtScheduler m_scheduler;
     NotificationCenter m_notifications;
     UserDefaults m_defaults;
+    const SupabaseConfig m_supabaseConfig;
     std::unique_ptr<DesktopPlatform> m_platform;
     AppSettings m_settings;
     std::unique_ptr<LaunchAtLoginManager> m_launchAtLoginManager;
@@ -69,15 +77,22 @@ private:
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
     std::unique_ptr<CanvasViewModel> m_canvasViewModel;
+    std::unique_ptr<SyncStatus> m_syncStatus;
+    std::unique_ptr<EmbeddingService> m_embeddings;
+    /// The canvas owns it.
+    SearchOverlayView *m_searchOverlay = nullptr;
 
     std::unique_ptr<HotkeyListener> m_hotkeyListener;
     std::unique_ptr<FlipEngine> m_flipEngine;
+    std::unique_ptr<HttpClient> m_httpClient;
+    std::unique_ptr<SyncEngine> m_syncEngine;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
 
     ScheduledCall m_warmUp;
     NotificationCenter::Observation m_permissionsGrantedObservation;
     NotificationCenter::Observation m_canvasReadyObservation;
+    NotificationCenter::Observation m_firstFlipObservation;
 };
 
 } // namespace tallowby

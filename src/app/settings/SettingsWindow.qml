@@ -88,6 +88,11 @@ Window {
             }
         }
 
+        SyncSection {
+            Layout.fillWidth: true
+            status: window.controller.syncStatus
+        }
+
         Text {
             text: qsTr("Tallowby %1").arg(Qt.application.version)
             color: Theme.inkSoft

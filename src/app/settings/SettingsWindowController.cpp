@@ -13,10 +13,12 @@
 
 namespace tallowby {
 
-SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings, const Displays &displays)
+SettingsWindowController::SettingsWindowController(QQmlEngine &engine, AppSettings &settings, const Displays &displays,
+                                                   SyncStatus &syncStatus)
     : m_engine(engine)
     , m_settings(settings)
-    , m_displays(displays) {
+    , m_displays(displays)
+    , m_syncStatus(syncStatus) {
     connect(&settings, &AppSettings::selectedDisplayIDChanged, this, &SettingsWindowController::displayChoicesChanged);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &SettingsWindowController::displayChoicesChanged);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &SettingsWindowController::displayChoicesChanged);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/sync/SyncStatus.h"
 #include "platform/AppSettings.h"
 
 #include <QObject>
@@ -40,14 +41,17 @@ class SettingsWindowController : public QObject {
     Q_PROPERTY(tallowby::AppSettings *settings READ settings CONSTANT)
     Q_PROPERTY(QList<tallowby::DisplayChoice> displayChoices READ displayChoices NOTIFY displayChoicesChanged)
     Q_PROPERTY(QString dataFolder READ dataFolder CONSTANT)
+    Q_PROPERTY(tallowby::SyncStatus *syncStatus READ syncStatus CONSTANT)
 
 public:
-    SettingsWindowController(QQmlEngine &engine, AppSettings &settings, const Displays &displays);
+    SettingsWindowController(QQmlEngine &engine, AppSettings &settings, const Displays &displays,
+                             SyncStatus &syncStatus);
     ~SettingsWindowController() override;
 
     [[nodiscard]] AppSettings *settings() const { return &m_settings; }
     [[nodiscard]] QList<DisplayChoice> displayChoices() const;
     [[nodiscard]] QString dataFolder() const;
+    [[nodiscard]] SyncStatus *syncStatus() const { return &m_syncStatus; }
 
     /// Takes the choice at that place of `displayChoices`.
     Q_INVOKABLE void chooseDisplay(int index);
@@ -63,6 +67,7 @@ private:
     QQmlEngine &m_engine;
     AppSettings &m_settings;
     const Displays &m_displays;
+    SyncStatus &m_syncStatus;
     std::unique_ptr<QQuickWindow> m_window;
 };
 
