@@ -6,6 +6,22 @@
 
 namespace tallowby {
 
+namespace {
+
+constexpr double kLongestSide = 10'000;
+
+/// Where a sketch is of which nothing can be read: else nobody could find it, or take it away.
+PathLayer unreadable(QSizeF size) {
+    QPen dashes(Theme::shared().inkSoft(), 1.5, Qt::DashLine);
+    dashes.setDashPattern({4, 4});
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF({0, 0}, size.boundedTo({kLongestSide, kLongestSide})).adjusted(1, 1, -1, -1),
+                         Theme::cardRadius(), Theme::cardRadius());
+    return {.path = frame, .pen = dashes};
+}
+
+} // namespace
+
 SketchBlockContent::SketchBlockContent(QQuickItem *parent)
     : BlockBody(parent)
     , m_strokes(new PathDrawingItem(PathDrawingItem::Keeping::picture, this)) {}
@@ -18,6 +34,9 @@ PathDrawing SketchBlockContent::drawing(const Block &block) {
             layers.push_back(
                 SketchRenderer::stroke(stroke.points, SketchRenderer::shownColor(stroke.color), stroke.width, origin));
         }
+    }
+    if (layers.empty() && !block.content().isEmpty()) {
+        layers.push_back(unreadable({block.width(), block.height()}));
     }
     return PathDrawing(std::move(layers));
 }

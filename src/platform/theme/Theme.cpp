@@ -53,6 +53,12 @@ QString firstInstalled(std::initializer_list<QString> families, QFontDatabase::S
     return QFontDatabase::systemFont(fallback).family();
 }
 
+/// Those that are installed, else the general system font.
+QStringList allInstalled(QStringList families) {
+    families.removeIf([](const QString &family) { return !QFontDatabase::hasFamily(family); });
+    return families.isEmpty() ? QStringList{QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()} : families;
+}
+
 bool desktopIsDark() {
     const QByteArray override = qgetenv("TALLOWBY_THEME");
     if (override == "dark" || override == "light") {
@@ -91,9 +97,9 @@ Theme::Theme()
     , m_handFamily(firstInstalled({QStringLiteral("ChalkboardSE-Regular"), QStringLiteral("Chalkboard SE"),
                                    QStringLiteral("Comic Neue"), QStringLiteral("Klee One")},
                                   QFontDatabase::GeneralFont))
-    , m_noteFamily(firstInstalled({QStringLiteral("MarkerFelt-Thin"), QStringLiteral("Marker Felt"),
-                                   QStringLiteral("Kalam"), QStringLiteral("Comic Neue")},
-                                  QFontDatabase::GeneralFont)) {
+    , m_noteFamilies(
+          allInstalled({QStringLiteral("MarkerFelt-Thin"), QStringLiteral("Marker Felt"), QStringLiteral("Rufscript"),
+                        QStringLiteral("Kalam"), QStringLiteral("Comic Neue")})) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 

@@ -111,6 +111,7 @@ public:
     [[nodiscard]] int panelSpringDuration() const;
 
     [[nodiscard]] QColor noteInk() const { return {0x2B, 0x28, 0x1F}; }
+    [[nodiscard]] QColor noteLink() const { return {0x1E, 0x4F, 0xC4}; }
     /// In the order in which they are offered.
     [[nodiscard]] static QStringList notePaperNames();
     /// The first one for a name that there is not.
@@ -131,8 +132,9 @@ public:
     [[nodiscard]] const QString &codeFamily() const { return m_codeFamily; }
     /// The face of text blocks: "ChalkboardSE-Regular" where it is installed, else the nearest hand that is.
     [[nodiscard]] const QString &handFamily() const { return m_handFamily; }
-    /// The face of notes: "MarkerFelt-Thin" where it is installed, else the nearest marker or hand that is.
-    [[nodiscard]] const QString &noteFamily() const { return m_noteFamily; }
+    /// The face of notes: "MarkerFelt-Thin" where it is installed, else the nearest marker that is. Those behind it
+    /// have the letters that it lacks.
+    [[nodiscard]] const QStringList &noteFamilies() const { return m_noteFamilies; }
 
 Q_SIGNALS:
     void changed();
@@ -188,7 +190,7 @@ private:
     QString m_uiFamily;
     QString m_codeFamily;
     QString m_handFamily;
-    QString m_noteFamily;
+    QStringList m_noteFamilies;
 };
 
 } // namespace tallowby
