@@ -14,10 +14,13 @@ bool isWebLink(const QUrl &url) {
            (isWeb ? !url.host().isEmpty() : scheme == QLatin1StringView("mailto") && url.path().contains(u'@'));
 }
 
-void openWebLink(const QUrl &url) {
-    if (!isWebLink(url) || !QDesktopServices::openUrl(url)) {
-        logLine(u"[Canvas] ⚠️ The link was not opened: %1"_qs.arg(url.toDisplayString()));
+bool openWebLink(const QUrl &url) {
+    if (isWebLink(url) && QDesktopServices::openUrl(url)) {
+        return true;
     }
+    // Not which one: it is a part of a note.
+    logLine(u"[Canvas] ⚠️ A link was not opened: nothing on this desktop takes it"_qs);
+    return false;
 }
 
 } // namespace tallowby

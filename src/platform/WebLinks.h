@@ -9,7 +9,7 @@ namespace tallowby {
 [[nodiscard]] bool isWebLink(const QUrl &url);
 
 /// Hands the link to the desktop's browser or mail program, or to whoever handles its scheme in QDesktopServices. A
-/// link that is none of the above stays closed.
-void openWebLink(const QUrl &url);
+/// link that is none of the above stays closed. False when it was not opened.
+bool openWebLink(const QUrl &url);
 
 } // namespace tallowby

@@ -6,8 +6,9 @@ class QSGNode;
 
 namespace tallowby {
 
-/// The ground of a card. Qt's own painter makes a rectangle for the zoom of 1: larger, its round corners are staircases,
-/// and smaller, some of its edges are lost. Without a graphics processor a ground with corners is drawn as a path there.
+/// The ground of a card. Qt's own painter makes a rectangle for the zoom of 1: larger, its round corners are
+/// staircases, and smaller, some of its edges are lost. Without a graphics processor a ground with corners is drawn as
+/// a path there.
 class CardGround : public QQuickRectangle {
     Q_OBJECT
     QML_ELEMENT

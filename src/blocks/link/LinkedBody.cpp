@@ -125,9 +125,8 @@ std::optional<QUrl> LinkedBody::linkAt(QPointF point) const {
 
 bool LinkedBody::click(QPointF point, Qt::KeyboardModifiers modifiers) {
     const auto link = modifiers.testFlag(Qt::ControlModifier) ? linkAt(point) : std::nullopt;
-    if (link) {
-        openWebLink(*link);
-        // The canvas covers what has been opened.
+    // The canvas covers what has been opened.
+    if (link && openWebLink(*link)) {
         canvas().requestClose();
     }
     return link.has_value();
