@@ -105,7 +105,7 @@ std::optional<QString> SvgInspection::enter(const QXmlStreamReader &xml) {
                 return refusal;
             }
             if (value.trimmed().startsWith(u'#')) {
-                for (const QString &around : m_open) {
+                for (const QString &around : QSet(m_open.cbegin(), m_open.cend())) {
                     m_parts[around].used << value.trimmed().sliced(1);
                 }
             }
@@ -113,12 +113,8 @@ std::optional<QString> SvgInspection::enter(const QXmlStreamReader &xml) {
     }
     m_open.push_back(id);
     // A name that is there twice counts as both.
-    QSet<QString> counted;
-    for (const QString &around : m_open) {
-        if (!counted.contains(around)) {
-            counted.insert(around);
-            ++m_parts[around].elements;
-        }
+    for (const QString &around : QSet(m_open.cbegin(), m_open.cend())) {
+        ++m_parts[around].elements;
     }
     return m_open.size() > kDeepest || m_parts[QString()].elements > kMostElements ? std::optional(tooMuch())
                                                                                    : std::nullopt;

@@ -27,8 +27,8 @@ QByteArray embedded(QSize size) {
 } // namespace
 
 TEST(SvgDecoding, ADrawingIsMadeAsLargeAsIsAskedFor) {
-    const QByteArray square = "<rect id='r' width='20' height='20' style='fill:url(#g)'/>"
-                              "<linearGradient id='g'><stop stop-color='#f00'/></linearGradient>"
+    const QByteArray square = "<linearGradient id='g'><stop stop-color='#f00'/></linearGradient>"
+                              "<rect id='r' width='20' height='20' style='fill:url(#g)'/>"
                               "<use xlink:href='#r' x='20'/>";
     const DecodedPicture own = decodePicture(svg(square));
     EXPECT_EQ(own.refusal, QString());

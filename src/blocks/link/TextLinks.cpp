@@ -26,6 +26,20 @@ QStringView withoutEndOfSentence(QStringView link) {
     return link;
 }
 
+/// Blanks in the place of halves of letters, with which nothing is matched at all.
+QString withoutHalves(QString text) {
+    if (!text.isValidUtf16()) {
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+                ++i;
+            } else if (text[i].isSurrogate()) {
+                text[i] = u' ';
+            }
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 QList<TextLink> linksIn(const QString &text) {
@@ -38,7 +52,7 @@ QList<TextLink> linksIn(const QString &text) {
     static const QRegularExpression kLink(QStringLiteral(R"(\b(?:https?://|mailto:)[^\s\p{C}<>"]+)"),
                                           QRegularExpression::CaseInsensitiveOption |
                                               QRegularExpression::UseUnicodePropertiesOption);
-    auto matches = kLink.globalMatch(text);
+    auto matches = kLink.globalMatch(withoutHalves(text));
     while (matches.hasNext() && links.size() < kMostLinks) {
         const QRegularExpressionMatch match = matches.next();
         const QStringView link = withoutEndOfSentence(match.capturedView());

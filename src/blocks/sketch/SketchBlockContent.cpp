@@ -2,6 +2,7 @@
 
 #include "canvas/drawing/PathDrawingItem.h"
 #include "canvas/drawing/SketchRenderer.h"
+#include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
 
 namespace tallowby {
@@ -9,6 +10,14 @@ namespace tallowby {
 namespace {
 
 constexpr double kLongestSide = 10'000;
+
+/// No stroke has been drawn yet.
+bool isBlank(const Block &block) {
+    const QByteArray payload = block.content().trimmed();
+    const auto strokes = block.contentField(QStringLiteral("strokes"));
+    const auto *list = strokes ? std::get_if<AnyCodable::Array>(&strokes->value()) : nullptr;
+    return payload.isEmpty() || payload == "{}" || (list && list->empty());
+}
 
 /// Where a sketch is of which nothing can be read: else nobody could find it, or take it away.
 PathLayer unreadable(QSizeF size) {
@@ -35,7 +44,7 @@ PathDrawing SketchBlockContent::drawing(const Block &block) {
                 SketchRenderer::stroke(stroke.points, SketchRenderer::shownColor(stroke.color), stroke.width, origin));
         }
     }
-    if (layers.empty() && !block.content().isEmpty()) {
+    if (layers.empty() && !isBlank(block)) {
         layers.push_back(unreadable({block.width(), block.height()}));
     }
     return PathDrawing(std::move(layers));
