@@ -2,7 +2,6 @@
 #include "blocks/CanvasDriver.h"
 #include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
-#include "support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -20,18 +19,14 @@ QByteArray payloadWith(const QByteArray &text) {
 }
 
 struct HostilePayloads : testing::Test {
-    HostilePayloads() {
-        // Out of sight, so that nothing is said about an empty canvas.
-        canvas.add(BlockType::text, {5000, 5000, 100, 24}, QStringLiteral("far away"));
-        EXPECT_TRUE(test::waitUntil([this] { return !isAnythingSeen(); }));
-    }
+    HostilePayloads() { EXPECT_FALSE(isAnythingSeen()); }
 
-    /// Something else than the canvas and its dots, around the middle.
+    /// Something else than the canvas and its dots, where the blocks are.
     bool isAnythingSeen() {
         canvas.settle();
         const QImage drawn = canvas.window.grabWindow();
-        for (int y = 200; y < 400; ++y) {
-            for (int x = 250; x < 550; ++x) {
+        for (int y = 15; y < 205; ++y) {
+            for (int x = 15; x < 305; ++x) {
                 const QColor color = drawn.pixelColor(x, y);
                 if (color != Theme::shared().canvas() && color != Theme::shared().dot()) {
                     return true;
@@ -44,7 +39,7 @@ struct HostilePayloads : testing::Test {
     void expectReadable(BlockType type, const QByteArray &payload, const QString &text) {
         SCOPED_TRACE(testing::Message() << int(type) << ' ' << payload.left(60).toStdString() << ' '
                                         << text.left(20).toStdString());
-        const BlockPtr block = canvas.add(type, {-140, -90, 280, 180}, text);
+        const BlockPtr block = canvas.add(type, {-380, -280, 280, 180}, text);
         block->setContent(payload);
         canvas.settle();
         const BlockContainerView *container = canvas.containers().at(block.get());
@@ -59,7 +54,7 @@ struct HostilePayloads : testing::Test {
         }
         canvas.model.endEditing();
         canvas.settle();
-        if (payload.contains("unknown")) {
+        if (payload.contains("unknown") && AnyCodable::fromJson(payload)) {
             EXPECT_TRUE(block->content().contains(R"("unknown":{"kept":[1]})"));
         }
         canvas.model.deleteBlockSilently(block);

@@ -216,7 +216,10 @@ TEST_F(PictureBodies, KindsWithoutAnEditorLeaveTheKeysToTheCanvas) {
 
 TEST_F(PictureBodies, ADividerIsSeenAtEveryZoom) {
     canvas.add(BlockType::divider, {-100, -10, 200, 20});
-    const int dots = Theme::shared().dot().lightness();
+    const QColor ink = Theme::shared().inkSoft();
+    const QColor paper = Theme::shared().canvas();
+    const QColor rule((ink.red() + paper.red()) / 2, (ink.green() + paper.green()) / 2,
+                      (ink.blue() + paper.blue()) / 2);
     for (const int steps : {0, -20, 40}) {
         for (int i = 0; i < std::abs(steps); ++i) {
             steps < 0 ? canvas.view->zoomOut() : canvas.view->zoomIn();
@@ -225,7 +228,7 @@ TEST_F(PictureBodies, ADividerIsSeenAtEveryZoom) {
         const QImage drawn = canvas.window.grabWindow();
         int inked = 0;
         for (int y = 290; y < 310; ++y) {
-            inked += drawn.pixelColor(395, y).lightness() < dots ? 1 : 0;
+            inked += drawn.pixelColor(395, y) == rule ? 1 : 0;
         }
         EXPECT_EQ(inked, std::max(1, int(std::lround(2 * canvas.view->zoom())))) << canvas.view->zoom();
     }
