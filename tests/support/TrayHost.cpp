@@ -15,6 +15,8 @@ const QString kItemPath = QStringLiteral("/StatusNotifierItem");
 const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
 
+// Calls wait with the event loop running: an item may ask its watcher something meanwhile.
+
 QString connectionName() {
     static int last = 0;
     return QStringLiteral("tray-host-%1").arg(++last);
@@ -84,7 +86,7 @@ QVariant TrayHost::itemProperty(const QString &item, const QString &name) {
     QDBusMessage call = QDBusMessage::createMethodCall(
         item, kItemPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     call << kItemInterface << name;
-    const QDBusReply<QDBusVariant> reply = m_bus.call(call);
+    const QDBusReply<QDBusVariant> reply = m_bus.call(call, QDBus::BlockWithGui);
     return reply.isValid() ? reply.value().variant() : QVariant();
 }
 
@@ -92,7 +94,7 @@ std::vector<TrayMenuRow> TrayHost::menu(const QString &item) {
     QDBusMessage call =
         QDBusMessage::createMethodCall(item, menuPath(item), kMenuInterface, QStringLiteral("GetLayout"));
     call << 0 << -1 << QStringList();
-    const QDBusMessage reply = m_bus.call(call);
+    const QDBusMessage reply = m_bus.call(call, QDBus::BlockWithGui);
     std::vector<TrayMenuRow> rows;
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 2) {
         return rows;
@@ -113,7 +115,7 @@ bool TrayHost::click(const QString &item, const QString &label) {
                 QDBusMessage::createMethodCall(item, menuPath(item), kMenuInterface, QStringLiteral("Event"));
             call << row.id << QStringLiteral("clicked") << QVariant::fromValue(QDBusVariant(QString()))
                  << uint(QDateTime::currentSecsSinceEpoch());
-            return m_bus.call(call).type() == QDBusMessage::ReplyMessage;
+            return m_bus.call(call, QDBus::BlockWithGui).type() == QDBusMessage::ReplyMessage;
         }
     }
     return false;
@@ -122,7 +124,7 @@ bool TrayHost::click(const QString &item, const QString &label) {
 void TrayHost::activate(const QString &item) {
     QDBusMessage call = QDBusMessage::createMethodCall(item, kItemPath, kItemInterface, QStringLiteral("Activate"));
     call << 0 << 0;
-    m_bus.call(call);
+    m_bus.call(call, QDBus::BlockWithGui);
 }
 
 void TrayHost::RegisterStatusNotifierItem(const QString &service) {

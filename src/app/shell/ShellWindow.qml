@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import Tallowby.App
 import Tallowby.Platform
 
@@ -19,7 +18,7 @@ Window {
     color: ground
 
     Shortcut {
-        sequences: ["Esc", StandardKey.Close]
+        sequences: ["Esc", "Ctrl+W"]
         onActivated: window.close()
     }
 

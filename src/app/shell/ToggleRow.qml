@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 import Tallowby.Platform
 
 /// Something that is on or off, with a second line that says what that means now. Its state is what is told to it: a
@@ -14,7 +15,7 @@ AbstractButton {
 
     signal wanted(bool on)
 
-    implicitHeight: Math.max(40, words.implicitHeight + 8)
+    implicitHeight: Math.max(40, implicitContentHeight + 8)
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     Accessible.role: Accessible.CheckBox
@@ -25,16 +26,15 @@ AbstractButton {
     onClicked: row.wanted(!row.isOn)
 
     background: FocusRing { isShown: row.visualFocus; radius: Theme.radiusControl; anchors.margins: -2 }
-    contentItem: Item {
-        Column {
-            id: words
+    contentItem: RowLayout {
+        spacing: Theme.spacePanel
 
-            anchors.verticalCenter: parent.verticalCenter
-            width: parent.width - track.width - Theme.spacePanel
+        ColumnLayout {
+            Layout.alignment: Qt.AlignVCenter
             spacing: 2
 
             Text {
-                width: parent.width
+                Layout.fillWidth: true
                 text: row.text
                 color: Theme.ink
                 elide: Text.ElideRight
@@ -43,7 +43,7 @@ AbstractButton {
             }
 
             Text {
-                width: parent.width
+                Layout.fillWidth: true
                 visible: text.length > 0
                 text: row.problem ? row.problem : row.detail
                 color: row.problem ? Theme.danger : Theme.inkSoft
@@ -54,11 +54,8 @@ AbstractButton {
         }
 
         Rectangle {
-            id: track
-
-            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-            width: 36
-            height: 20
+            Layout.preferredWidth: 36
+            Layout.preferredHeight: 20
             radius: 10
             opacity: row.enabled ? 1 : 0.45
             color: row.isOn ? Theme.accent : row.hovered ? Theme.pressWash : Theme.hoverWash

@@ -68,16 +68,7 @@ ShellWindow {
                 width: ListView.view.width
                 notes: modelData
             }
-            ScrollBar.vertical: ScrollBar {
-                id: bar
-
-                contentItem: Rectangle {
-                    implicitWidth: 4
-                    radius: 2
-                    color: bar.pressed ? Theme.ink : Theme.inkSoft
-                    opacity: bar.size < 1 ? 0.5 : 0
-                }
-            }
+            ScrollBar.vertical: ThinScrollBar {}
         }
     }
 

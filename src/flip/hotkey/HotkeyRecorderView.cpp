@@ -93,6 +93,9 @@ bool HotkeyRecorderView::eventFilter(QObject *watched, QEvent *event) {
     case QEvent::KeyRelease:
     case QEvent::Shortcut:
         return true;
+    case QEvent::Hide:
+        stopRecording();
+        return false;
     default:
         return QQuickItem::eventFilter(watched, event);
     }
