@@ -59,10 +59,13 @@ QStringList allInstalled(QStringList families) {
     return families.isEmpty() ? QStringList{QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()} : families;
 }
 
-bool desktopIsDark() {
+bool isDarkNow(Appearance appearance) {
     const QByteArray override = qgetenv("TALLOWBY_THEME");
     if (override == "dark" || override == "light") {
         return override == "dark";
+    }
+    if (appearance != Appearance::system) {
+        return appearance == Appearance::dark;
     }
     const QPalette desktop = QGuiApplication::palette();
     return desktop.color(QPalette::Window).lightness() < desktop.color(QPalette::WindowText).lightness();
@@ -88,7 +91,7 @@ const SpringCurve &panelSpringCurve() {
 } // namespace
 
 Theme::Theme()
-    : m_isDark(desktopIsDark())
+    : m_isDark(isDarkNow(Appearance::system))
     , m_caretInterval(takeOverCaretBlinking())
     , m_uiFamily(firstInstalled({QStringLiteral("Inter")}, QFontDatabase::GeneralFont))
     , m_codeFamily(
@@ -148,6 +151,11 @@ const Theme::Palette &Theme::palette() const {
                               .orange = QColor(0xFFA45C),
                               .yellow = QColor(0xFFD84D)};
     return m_isDark ? dark : light;
+}
+
+void Theme::setAppearance(Appearance appearance) {
+    m_appearance = appearance;
+    followDesktop();
 }
 
 QColor Theme::surfaceEdge() const {
@@ -212,7 +220,7 @@ bool Theme::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void Theme::followDesktop() {
-    const bool isDark = desktopIsDark();
+    const bool isDark = isDarkNow(m_appearance);
     if (m_isDark != isDark) {
         m_isDark = isDark;
         Q_EMIT changed();

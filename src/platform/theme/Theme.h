@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/theme/Appearance.h"
+
 #include <QColor>
 #include <QEasingCurve>
 #include <QFont>
@@ -11,8 +13,9 @@
 namespace tallowby {
 
 /// Every value of the program's look: colours for light and dark, type scale, space, radii, motion. One for the whole
-/// process, so that all windows change together. Light or dark follows the desktop's palette; `TALLOWBY_THEME` (light
-/// or dark) in the environment overrides it. Sizes are in points, durations in milliseconds.
+/// process, so that all windows change together. Light or dark follows the desktop's palette unless the user has
+/// chosen; `TALLOWBY_THEME` (light or dark) in the environment overrides both. Sizes are in points, durations in
+/// milliseconds.
 class Theme : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -28,6 +31,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor ink READ ink NOTIFY changed)
     Q_PROPERTY(QColor inkSoft READ inkSoft NOTIFY changed)
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
+    /// Text on a ground of the accent.
+    Q_PROPERTY(QColor accentInk READ accentInk NOTIFY changed)
     Q_PROPERTY(QColor danger READ danger NOTIFY changed)
     Q_PROPERTY(QColor success READ success NOTIFY changed)
     /// Washes over a surface under the pointer and while pressed.
@@ -82,6 +87,8 @@ public:
     /// For the QML engine, which may not delete it.
     static Theme *create(QQmlEngine *, QJSEngine *);
 
+    /// What the user chose.
+    void setAppearance(Appearance appearance);
     [[nodiscard]] bool isDark() const { return m_isDark; }
     [[nodiscard]] QColor canvas() const { return palette().canvas; }
     [[nodiscard]] QColor dot() const { return palette().dot; }
@@ -92,6 +99,7 @@ public:
     [[nodiscard]] QColor ink() const { return palette().ink; }
     [[nodiscard]] QColor inkSoft() const { return palette().inkSoft; }
     [[nodiscard]] QColor accent() const { return palette().accent; }
+    [[nodiscard]] QColor accentInk() const { return m_isDark ? palette().canvas : palette().surface; }
     [[nodiscard]] QColor danger() const { return palette().danger; }
     [[nodiscard]] QColor success() const { return palette().success; }
     [[nodiscard]] QColor hoverWash() const;
@@ -185,6 +193,7 @@ private:
     static constexpr int kMotionOut = 90;
     static constexpr int kTipDelay = 600;
 
+    Appearance m_appearance = Appearance::system;
     bool m_isDark = false;
     int m_caretInterval = 0;
     QString m_uiFamily;
