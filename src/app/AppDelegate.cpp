@@ -56,7 +56,10 @@ AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
     connect(&m_settings, &AppSettings::appearanceChanged, this, dress);
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    // Windows that the user is done with stand on what ends here.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     logLine(u"[AppDelegate] 🚀 Tallowby Ghost App launched");

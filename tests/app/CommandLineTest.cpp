@@ -44,7 +44,7 @@ TEST(CommandLine, whereverItIsDescribedItHasTheSameOptions) {
     for (const Description &description : {
              Description{QStringLiteral("completions/tallowby.bash"), QStringLiteral("--%NAME[ ']")},
              Description{QStringLiteral("completions/_tallowby"), QStringLiteral("'--%NAME\\[")},
-             Description{QStringLiteral("completions/tallowby.fish"), QStringLiteral(" -l %NAME ")},
+             Description{QStringLiteral("completions/tallowby.fish"), QStringLiteral(R"(\$unused -l %NAME )")},
              Description{QStringLiteral("tallowby.1"), QStringLiteral(R"(\n\.B \\-\\-%NAME)")},
          }) {
         QFile file(QStringLiteral(TALLOWBY_PACKAGING "/") + description.file);

@@ -8,6 +8,7 @@
 #include "support/FakeDesktop.h"
 #include "support/LogCapture.h"
 #include "support/WaitUntil.h"
+#include "support/WarningGuard.h"
 
 #include <gmock/gmock.h>
 
@@ -29,6 +30,7 @@ class StartUp : public testing::Test {
 protected:
     StartUp() {
         registerQmlTypes();
+        test::expectWarning(QStringLiteral("This plugin does not support")); // Windows that are not on any screen.
         QFile::remove(UserDefaults().fileName());
         desktop->loginItemService.currentStatus = LoginItemStatus::enabled;
     }

@@ -46,6 +46,7 @@ TEST_F(Shell, TheTrayMenuIsThereWheneverTheTrayComesAndDoesWhatItSays) {
     startProgram();
     auto tray = std::make_unique<TrayHost>(busAddress());
     ASSERT_TRUE(eventually([&] { return tray->items().size() == 1; })) << "a tray that comes after the program";
+    tray.reset();
     tray = std::make_unique<TrayHost>(busAddress());
     ASSERT_TRUE(eventually([&] { return tray->items().size() == 1; })) << "a tray that comes back";
 
@@ -54,7 +55,7 @@ TEST_F(Shell, TheTrayMenuIsThereWheneverTheTrayComesAndDoesWhatItSays) {
     for (const TrayMenuRow &row : tray->menu(item)) {
         rows += row.isSeparator ? "-\n" : row.label.toStdString() + " (" + row.shortcut.toStdString() + ")\n";
     }
-    EXPECT_EQ(rows, "Settings… (Control+,)\n-\nQuit (Control+q)\n");
+    EXPECT_EQ(rows, "Settings… (Control+,)\n-\nQuit (Control+Q)\n");
 
     ASSERT_TRUE(tray->click(item, QStringLiteral("Settings…")));
     EXPECT_TRUE(eventually([this] { return windows.isActive(kSettingsWindow); }));

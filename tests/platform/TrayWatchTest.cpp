@@ -30,6 +30,7 @@ TEST_F(TrayWatchTest, SeesAHostOnTheBusThatComesLateAndTellsOfItOnce) {
     EXPECT_TRUE(test::waitUntil([this] { return watch.hasAppeared(); }));
     EXPECT_EQ(appearances, 1);
 
+    host.reset();
     host = std::make_unique<test::TrayHost>(address);
     XcbConnection another;
     const TrayWatch late(another);
