@@ -1,18 +1,27 @@
 #include "app/AppDelegate.h"
 
 #include "app/LaunchAtLoginManager.h"
+#include "app/LaunchHistory.h"
 #include "app/PermissionManager.h"
-#include "app/StatusItem.h"
+#include "app/onboarding/OnboardingWindowController.h"
 #include "app/settings/SettingsWindowController.h"
+#include "app/shell/MainMenu.h"
+#include "app/shell/StartAtLogin.h"
+#include "app/shell/StatusItem.h"
 #include "app/sync/SyncDotView.h"
 #include "app/sync/SyncStatus.h"
+#include "app/whatsnew/WhatsNewWindowController.h"
 #include "blocks/CanvasFactory.h"
 #include "canvas/model/CanvasViewModel.h"
 #include "flip/FlipEngine.h"
+#include "flip/hotkey/HotkeyAdvisor.h"
 #include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
+#include "platform/desktop/StatusArea.h"
+#include "platform/theme/Theme.h"
+#include "platform/theme/ThemeImageProvider.h"
 #include "search/SearchOverlayView.h"
 #include "storage/BlockStorage.h"
 #include "storage/DebouncedSaver.h"
@@ -22,23 +31,48 @@
 
 #include <QCoreApplication>
 #include <QQuickItem>
+#include <QQuickWindow>
 
 namespace tallowby {
 
-AppDelegate::AppDelegate()
+namespace {
+
+/// Closes a window whose own button asked for it.
+template <typename Controller>
+void retire(std::unique_ptr<Controller> &controller) {
+    if (Controller *const finished = controller.release()) {
+        finished->window()->close();
+        finished->deleteLater();
+    }
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
     : m_supabaseConfig(SupabaseConfig::fromEnvironment())
-    , m_platform(makeDesktopPlatform(m_scheduler))
+    , m_platform(makePlatform(m_scheduler))
     , m_settings(m_defaults, m_notifications, m_platform->displays())
+    , m_motionPreference(m_settings, m_platform->motionPreference())
     , m_launchAtLoginManager(std::make_unique<LaunchAtLoginManager>(m_platform->loginItem(), m_defaults))
+    , m_startAtLogin(std::make_unique<StartAtLogin>(*m_launchAtLoginManager))
+    , m_hotkeyAdvisor(std::make_unique<HotkeyAdvisor>(m_settings, m_platform->hotKeys(), m_scheduler))
     , m_syncStatus(std::make_unique<SyncStatus>(m_scheduler))
     , m_embeddings(std::make_unique<EmbeddingService>()) {
     m_qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    ThemeImageProvider::install(m_qmlEngine);
+    const auto dress = [this] { Theme::shared().setAppearance(m_settings.appearance()); };
+    dress();
+    connect(&m_settings, &AppSettings::appearanceChanged, this, dress);
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    // Windows that the user is done with stand on what ends here.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     logLine(u"[AppDelegate] 🚀 Tallowby Ghost App launched");
+    setupMainMenu();
     m_launchAtLoginManager->enableIfNeeded();
     m_permissionManager =
         std::make_unique<PermissionManager>(m_platform->accessibilityTrust(), m_notifications, m_scheduler);
@@ -55,6 +89,13 @@ void AppDelegate::applicationDidFinishLaunching() {
         events::canvasReady, [this](const Notification &notification) { canvasReady(notification); });
     m_firstFlipObservation =
         m_notifications.observe(events::flipComplete, [this](const Notification &) { onFirstFlip(); });
+    m_flipCompleteObservation = m_notifications.observe(events::flipComplete, [this](const auto &) {
+        if (m_waitingWindow) {
+            m_notifications.post(events::canvasCloseRequested);
+        }
+    });
+    m_flipClosedObservation =
+        m_notifications.observe(events::flipClosed, [this](const auto &) { openWaitingWindow(); });
 }
 
 /// Not at launch: until the canvas has been seen once, neither blocks nor network are needed.
@@ -78,45 +119,110 @@ void AppDelegate::initializeApp() {
     m_hotkeyListener =
         std::make_unique<HotkeyListener>(m_notifications, m_settings, m_platform->hotKeys(), m_scheduler);
     m_hotkeyListener->start();
-    m_flipEngine = std::make_unique<FlipEngine>(
-        FlipServices{m_notifications, m_scheduler, m_settings, m_platform->workspace(), m_platform->presentation(),
-                     m_platform->desktopCapture(), m_platform->motionPreference()},
-        m_qmlEngine, [this] { return makeCanvas(); });
+    m_hotkeyAdvisor->setListener(m_hotkeyListener.get());
+    m_flipEngine = std::make_unique<FlipEngine>(FlipServices{m_notifications, m_scheduler, m_settings,
+                                                             m_platform->workspace(), m_platform->presentation(),
+                                                             m_platform->desktopCapture(), m_motionPreference},
+                                                m_qmlEngine, [this] { return makeCanvas(); });
     setupStatusBarItem();
+    checkForPostUpdateScreens();
     logLine(u"[AppDelegate] ✅ Tallowby ready! Press ⌥ + Space to flip.");
     // The first press should be as quick as every other: what it needs is made while nobody waits for it.
     m_warmUp = m_scheduler.after(std::chrono::milliseconds(0), [this] { m_flipEngine->prepare(); });
+}
+
+void AppDelegate::setupMainMenu() {
+    m_mainMenu = std::make_unique<MainMenu>(QList<MainMenuItem>{
+        {tr("Settings…"), Qt::CTRL | Qt::Key_Comma, false, [this] { handle(InstanceCommand::settings); }},
+        {tr("Quit Tallowby"), Qt::CTRL | Qt::Key_Q, true, [this] { handle(InstanceCommand::quit); }}});
+    m_mainMenu->install(m_qmlEngine);
 }
 
 void AppDelegate::showPermissionOnboarding() {
     logLine(u"[AppDelegate] ⚠️ Missing permissions, showing onboarding");
     logLine(QString(u"[AppDelegate] Status: " + m_permissionManager->statusDescription()));
     m_permissionManager->startMonitoringPermissions();
+    openOnboarding();
+}
+
+void AppDelegate::checkForPostUpdateScreens() {
+    switch (noteLaunch(m_defaults, QCoreApplication::applicationVersion())) {
+    case LaunchKind::first:
+    case LaunchKind::sameVersion:
+        return;
+    case LaunchKind::otherVersion:
+        openWhatsNew();
+        return;
+    }
 }
 
 void AppDelegate::setupStatusBarItem() {
-    m_statusItem = std::make_unique<StatusItem>();
-    connect(m_statusItem.get(), &StatusItem::toggleRequested, this, [this] { handle(InstanceCommand::toggle); });
-    connect(m_statusItem.get(), &StatusItem::settingsRequested, this, [this] { handle(InstanceCommand::settings); });
-    connect(m_statusItem.get(), &StatusItem::quitRequested, this, [this] { handle(InstanceCommand::quit); });
+    m_statusItem = std::make_unique<StatusItem>(
+        m_platform->statusArea(), StatusItemActions{.toggle = [this] { handle(InstanceCommand::toggle); },
+                                                    .openSettings = [this] { handle(InstanceCommand::settings); },
+                                                    .quit = [this] { handle(InstanceCommand::quit); }});
 }
 
 void AppDelegate::openSettings() {
     if (!m_settingsWindowController) {
-        m_settingsWindowController =
-            std::make_unique<SettingsWindowController>(m_qmlEngine, m_settings, m_platform->displays(), *m_syncStatus);
+        m_settingsWindowController = std::make_unique<SettingsWindowController>(
+            windowServices(),
+            SettingsServices{m_settings, m_platform->displays(), m_platform->motionPreference(), *m_hotkeyAdvisor,
+                             *m_startAtLogin, *m_syncStatus, [this] { openOnboarding(); }, [this] { openWhatsNew(); }});
     }
     m_settingsWindowController->show();
+}
+
+void AppDelegate::openOnboarding() {
+    if (!m_onboardingWindowController) {
+        m_onboardingWindowController = std::make_unique<OnboardingWindowController>(
+            windowServices(),
+            OnboardingServices{*m_permissionManager, m_settings, m_notifications, m_motionPreference, *m_hotkeyAdvisor,
+                               *m_startAtLogin, [this] { retire(m_onboardingWindowController); }});
+    }
+    m_onboardingWindowController->show();
+}
+
+void AppDelegate::openWhatsNew() {
+    if (!m_whatsNewWindowController) {
+        m_whatsNewWindowController = std::make_unique<WhatsNewWindowController>(
+            windowServices(), [this] { retire(m_whatsNewWindowController); });
+    }
+    m_whatsNewWindowController->show();
+}
+
+void AppDelegate::onDesktop(std::function<void()> open) {
+    if (!m_flipEngine || m_flipEngine->state() == FlipState::idle) {
+        open();
+        return;
+    }
+    m_waitingWindow = std::move(open);
+    m_notifications.post(events::canvasCloseRequested);
+}
+
+void AppDelegate::openWaitingWindow() {
+    if (const auto open = std::exchange(m_waitingWindow, nullptr)) {
+        // The turn ends with this notification; a window that it opened would be part of it.
+        m_windowOpening = m_scheduler.after(Scheduler::Duration::zero(), open);
+    }
+}
+
+WindowServices AppDelegate::windowServices() {
+    return {m_qmlEngine, m_platform->presentation(), *m_mainMenu};
 }
 
 void AppDelegate::handle(InstanceCommand command) {
     switch (command) {
     case InstanceCommand::toggle:
+        if (!m_flipEngine) {
+            openOnboarding(); // It says what the turn still waits for.
+            return;
+        }
         m_notifications.post(events::flipToggleRequested);
         return;
     case InstanceCommand::activate:
     case InstanceCommand::settings:
-        openSettings();
+        onDesktop([this] { openSettings(); });
         return;
     case InstanceCommand::quit:
         QCoreApplication::exit();
@@ -142,7 +248,7 @@ QQuickItem *AppDelegate::makeCanvas() {
     m_canvasViewModel =
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
-    view->setMotionPreference(&m_platform->motionPreference());
+    view->setMotionPreference(&m_motionPreference);
     SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
     m_searchOverlay =
         SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});

@@ -5,6 +5,7 @@
 #include "platform/QtPasteboard.h"
 #include "platform/QtScheduler.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserMotionPreference.h"
 #include "platform/desktop/DesktopPlatform.h"
 #include "platform/desktop/InstanceBus.h"
 #include "sync/SupabaseConfig.h"
@@ -12,6 +13,7 @@
 #include <QObject>
 #include <QQmlEngine>
 
+#include <functional>
 #include <memory>
 
 class QQuickItem;
@@ -23,15 +25,21 @@ class CanvasViewModel;
 class DebouncedSaver;
 class EmbeddingService;
 class FlipEngine;
+class HotkeyAdvisor;
 class HotkeyListener;
 class HttpClient;
 class LaunchAtLoginManager;
+class MainMenu;
+class OnboardingWindowController;
 class PermissionManager;
 class SettingsWindowController;
 class SearchOverlayView;
+class StartAtLogin;
 class StatusItem;
 class SyncEngine;
 class SyncStatus;
+class WhatsNewWindowController;
+struct WindowServices;
 
 /// The composition root: makes every component, hands each what it needs, and ends them in order. Main thread only.
 /// Members stand in the order in which they are made.
@@ -39,7 +47,10 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
-    AppDelegate();
+    /// Makes the services of the desktop that the program runs on.
+    using PlatformFactory = std::function<std::unique_ptr<DesktopPlatform>(Scheduler &)>;
+
+    explicit AppDelegate(const PlatformFactory &makePlatform = makeDesktopPlatform);
     ~AppDelegate() override;
 
     /// The start-up sequence. Called once, when the event loop is about to run.
@@ -52,12 +63,24 @@ public:
     /// Null until the interactive components are made, or the canvas is.
     [[nodiscard]] FlipEngine *flipEngine() const { return m_flipEngine.get(); }
     [[nodiscard]] CanvasViewModel *canvasViewModel() const { return m_canvasViewModel.get(); }
+    /// Null until they are shown.
+    [[nodiscard]] OnboardingWindowController *onboarding() const { return m_onboardingWindowController.get(); }
+    [[nodiscard]] WhatsNewWindowController *whatsNew() const { return m_whatsNewWindowController.get(); }
+    [[nodiscard]] SettingsWindowController *settingsWindow() const { return m_settingsWindowController.get(); }
 
 private:
     void initializeApp();
+    void setupMainMenu();
     void showPermissionOnboarding();
+    void checkForPostUpdateScreens();
     void setupStatusBarItem();
     void openSettings();
+    void openOnboarding();
+    void openWhatsNew();
+    /// Opens a window once the desktop is back: over the canvas nothing else is seen.
+    void onDesktop(std::function<void()> open);
+    void openWaitingWindow();
+    [[nodiscard]] WindowServices windowServices();
     void canvasReady(const Notification &notification);
     void onFirstFlip();
     [[nodiscard]] QQuickItem *makeCanvas();
@@ -68,11 +91,16 @@ private:
     const SupabaseConfig m_supabaseConfig;
     std::unique_ptr<DesktopPlatform> m_platform;
     AppSettings m_settings;
+    UserMotionPreference m_motionPreference;
     std::unique_ptr<LaunchAtLoginManager> m_launchAtLoginManager;
+    std::unique_ptr<StartAtLogin> m_startAtLogin;
+    std::unique_ptr<HotkeyAdvisor> m_hotkeyAdvisor;
     std::unique_ptr<PermissionManager> m_permissionManager;
 
-    // What the canvas needs, made when it is first needed: a start reads no blocks.
     QQmlEngine m_qmlEngine;
+    std::unique_ptr<MainMenu> m_mainMenu;
+
+    // What the canvas needs, made when it is first needed: a start reads no blocks.
     QtPasteboard m_pasteboard;
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
@@ -87,11 +115,17 @@ private:
     std::unique_ptr<HttpClient> m_httpClient;
     std::unique_ptr<SyncEngine> m_syncEngine;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<OnboardingWindowController> m_onboardingWindowController;
+    std::unique_ptr<WhatsNewWindowController> m_whatsNewWindowController;
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
+    std::function<void()> m_waitingWindow;
 
     ScheduledCall m_warmUp;
+    ScheduledCall m_windowOpening;
     NotificationCenter::Observation m_permissionsGrantedObservation;
     NotificationCenter::Observation m_canvasReadyObservation;
+    NotificationCenter::Observation m_flipCompleteObservation;
+    NotificationCenter::Observation m_flipClosedObservation;
     NotificationCenter::Observation m_firstFlipObservation;
 };
 

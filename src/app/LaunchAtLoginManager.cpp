@@ -42,6 +42,16 @@ void LaunchAtLoginManager::enableIfNeeded() {
     }
 }
 
+QString LaunchAtLoginManager::setEnabled(bool isEnabled) {
+    // Who switches it off here knows where it is switched on again; no later start needs to show them.
+    m_defaults.setBoolean(kHasPromptedApprovalKey, true);
+    return m_loginItem.setEnabledByUser(isEnabled);
+}
+
+LoginItemStatus LaunchAtLoginManager::status() const {
+    return m_loginItem.status();
+}
+
 void LaunchAtLoginManager::promptApprovalOnce() {
     if (m_defaults.boolean(kHasPromptedApprovalKey)) {
         return;

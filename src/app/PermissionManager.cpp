@@ -44,6 +44,12 @@ void PermissionManager::checkAccessibilityPermission() {
                       : u"[PermissionManager] ⚠️ Accessibility: Not granted");
 }
 
+void PermissionManager::requestAccessibilityPermission() {
+    if (!m_trust.isProcessTrustedWithPrompt()) {
+        m_trust.openSystemSettings();
+    }
+}
+
 void PermissionManager::startMonitoringPermissions() {
     m_permissionCheckTimer = m_scheduler.every(kCheckInterval, [this] {
         checkAccessibilityPermission();

@@ -27,6 +27,8 @@ public:
 
     /// Sets the state to granted or denied and logs it.
     void checkAccessibilityPermission();
+    /// Has the desktop ask the user for the permission; where that gives none, opens the desktop's settings for it.
+    void requestAccessibilityPermission();
     /// Checks once a second until the grant is there, posts `permissionsGranted` once, and stops.
     void startMonitoringPermissions();
 

@@ -12,8 +12,9 @@ PlainBlockContent {
     // Opaque and without smoothed edges, unless it is turned: then the symbols and texts of all cards are drawn together
     // instead of card by card. Too small to be read, it keeps a radius that rounds nothing off: what has one hides
     // nothing for Qt's own painter, which else cuts hundreds of cards out of what lies below them, one by one.
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0.5
         color: Theme.surface
@@ -27,6 +28,7 @@ PlainBlockContent {
         x: content.isSmall ? (content.width - width) / 2 : Theme.spaceCard
         y: content.isSmall ? (content.height - height) / 2 : Theme.spaceCard
         size: Math.max(0, Math.min(Theme.iconSmall, content.width, content.height))
+        detail: content.detail
         name: content.kindSymbol
     }
 

@@ -1,5 +1,7 @@
 #include "model/ImageDecoding.h"
 
+#include "model/SvgDecoding.h"
+
 #include <QBuffer>
 #include <QImageReader>
 
@@ -12,7 +14,7 @@ namespace {
 
 constexpr int kBytesPerPixel = 4;
 constexpr int kBytesPerMegabyte = 1024 * 1024;
-/// Drawings (SVG, PDF) are programs of a kind and stay out.
+/// Documents (PDF) are programs of a kind and stay out, and drawings have a way of their own.
 constexpr std::array<QByteArrayView, 11> kPixelFormats{"png", "jpeg", "jpg", "gif",  "bmp", "webp",
                                                        "tif", "tiff", "ico", "avif", "heif"};
 
@@ -30,6 +32,9 @@ DecodedPicture decodePicture(const QByteArray &file, int longestSide) {
     if (file.size() > kLargestPictureFile) {
         return refused(QStringLiteral("it is larger than 32 MiB"));
     }
+    if (looksLikeSvg(file)) {
+        return decodeSvg(file, longestSide);
+    }
     // Holds for the whole process; the default is too small for pictures that are within our own bounds.
     QImageReader::setAllocationLimit(int(kMostPicturePixels * kBytesPerPixel / kBytesPerMegabyte) + 1);
     QBuffer buffer;
@@ -38,9 +43,6 @@ DecodedPicture decodePicture(const QByteArray &file, int longestSide) {
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     const QByteArray format = reader.format();
-    if (format.startsWith("svg")) {
-        return refused(QStringLiteral("it is an SVG drawing"));
-    }
     if (std::ranges::find(kPixelFormats, QByteArrayView(format)) == kPixelFormats.end()) {
         return refused(QStringLiteral("it is no picture"));
     }

@@ -18,10 +18,13 @@ struct DecodedPicture {
     QSize size;
     /// Why it was refused, to go after the name of what it was; empty when it was not.
     QString refusal;
+    /// Whether it can be had as fine as anybody likes: a drawing, whose size says how it is meant to be shown.
+    bool isScalable = false;
 };
 
-/// Decodes a picture file from outside. Only pixel formats are taken, and what a header claims is checked before any
-/// pixel is decoded. With `longestSide` above 0 the image comes no larger than that; `size` tells the whole size.
+/// Decodes a picture file from outside. Only pixel formats and SVG are taken, and what a header claims is checked
+/// before any pixel is decoded. With `longestSide` above 0 the image comes no larger than that, and a drawing as large;
+/// `size` tells the whole size.
 [[nodiscard]] DecodedPicture decodePicture(const QByteArray &file, int longestSide = 0);
 
 } // namespace tallowby

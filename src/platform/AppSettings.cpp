@@ -13,6 +13,8 @@ namespace {
 constexpr QLatin1StringView kSelectedDisplayKey{"Settings.selectedDisplayID"};
 constexpr QLatin1StringView kHotkeyKeyCodeKey{"Settings.hotkeyKeyCode"};
 constexpr QLatin1StringView kHotkeyModifiersKey{"Settings.hotkeyModifiers"};
+constexpr QLatin1StringView kAppearanceKey{"Settings.appearance"};
+constexpr QLatin1StringView kReducesMotionKey{"Settings.reducesMotion"};
 
 std::optional<std::uint32_t> readUnsigned32(const UserDefaults &defaults, QLatin1StringView key) {
     if (!defaults.contains(key)) {
@@ -34,7 +36,9 @@ AppSettings::AppSettings(UserDefaults &defaults, NotificationCenter &notificatio
     , m_displays(displays)
     , m_selectedDisplayID(readUnsigned32(defaults, kSelectedDisplayKey))
     , m_hotkeyKeyCode(readUnsigned32(defaults, kHotkeyKeyCodeKey).value_or(kDefaultHotkeyKeyCode))
-    , m_hotkeyModifiers(readUnsigned32(defaults, kHotkeyModifiersKey).value_or(kDefaultHotkeyModifiers)) {}
+    , m_hotkeyModifiers(readUnsigned32(defaults, kHotkeyModifiersKey).value_or(kDefaultHotkeyModifiers))
+    , m_appearance(appearanceNamed(defaults.string(kAppearanceKey).value_or(QString())))
+    , m_reducesMotion(defaults.boolean(kReducesMotionKey)) {}
 
 void AppSettings::setSelectedDisplayID(std::optional<std::uint32_t> displayID) {
     if (displayID) {
@@ -62,6 +66,20 @@ void AppSettings::setHotkeyModifiers(quint32 modifiers) {
         Q_EMIT hotkeyModifiersChanged();
     }
     m_notifications.post(events::tallowbyHotkeyChanged);
+}
+
+void AppSettings::setAppearance(Appearance appearance) {
+    m_defaults.setString(kAppearanceKey, appearanceName(appearance));
+    if (std::exchange(m_appearance, appearance) != appearance) {
+        Q_EMIT appearanceChanged();
+    }
+}
+
+void AppSettings::setReducesMotion(bool reduces) {
+    m_defaults.setBoolean(kReducesMotionKey, reduces);
+    if (std::exchange(m_reducesMotion, reduces) != reduces) {
+        Q_EMIT reducesMotionChanged();
+    }
 }
 
 std::optional<Display> AppSettings::resolvedScreen() const {

@@ -2,6 +2,7 @@
 
 #include "platform/UserDefaults.h"
 #include "platform/desktop/Displays.h"
+#include "platform/theme/Appearance.h"
 
 #include <QObject>
 #include <QtQmlIntegration>
@@ -13,8 +14,9 @@ namespace tallowby {
 
 class NotificationCenter;
 
-/// The user's persistent choices: the hot key and the display to turn over. Main thread only. Every write is stored at
-/// once, also when the value stays the same; a write of either half of the hot key posts `tallowbyHotkeyChanged`.
+/// The user's persistent choices: the hot key, the display to turn over, and how the program looks and moves. Main
+/// thread only. Every write is stored at once, also when the value stays the same; a write of either half of the hot
+/// key posts `tallowbyHotkeyChanged`.
 class AppSettings : public QObject {
     Q_OBJECT
     QML_ANONYMOUS
@@ -39,6 +41,14 @@ public:
     [[nodiscard]] quint32 hotkeyModifiers() const { return m_hotkeyModifiers; }
     void setHotkeyModifiers(quint32 modifiers);
 
+    /// Light, dark, or as the desktop is. What is stored and no such word counts as the desktop's.
+    [[nodiscard]] Appearance appearance() const { return m_appearance; }
+    void setAppearance(Appearance appearance);
+
+    /// Whether movements become fades even where the desktop would let them be.
+    [[nodiscard]] bool reducesMotion() const { return m_reducesMotion; }
+    void setReducesMotion(bool reduces);
+
     /// The display to turn over: the selected one while it is connected, else the main one. None without any display.
     [[nodiscard]] std::optional<Display> resolvedScreen() const;
 
@@ -46,6 +56,8 @@ Q_SIGNALS:
     void selectedDisplayIDChanged();
     void hotkeyKeyCodeChanged();
     void hotkeyModifiersChanged();
+    void appearanceChanged();
+    void reducesMotionChanged();
 
 private:
     UserDefaults &m_defaults;
@@ -54,6 +66,8 @@ private:
     std::optional<std::uint32_t> m_selectedDisplayID;
     std::uint32_t m_hotkeyKeyCode = kDefaultHotkeyKeyCode;
     std::uint32_t m_hotkeyModifiers = kDefaultHotkeyModifiers;
+    Appearance m_appearance = Appearance::system;
+    bool m_reducesMotion = false;
 };
 
 } // namespace tallowby

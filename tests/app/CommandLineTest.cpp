@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QRegularExpression>
+
 namespace tallowby {
 namespace {
 
@@ -21,14 +24,39 @@ TEST(CommandLine, refusesWhatItDoesNotKnow) {
     }
 }
 
-TEST(CommandLine, helpNamesEveryOptionOfTheUsageLine) {
-    const QString usage = kUsageLine;
-    for (const QString &word : usage.split(u' ')) {
-        const QString option = word.startsWith(u'[') ? word.mid(1) : word.chopped(word.endsWith(u']') ? 1 : 0);
-        if (option.startsWith(u"--")) {
-            EXPECT_TRUE(helpText().contains(u"\n  " + option)) << qPrintable(option);
-        }
+QSet<QString> optionsIn(const QString &text, const QString &pattern) {
+    static const QString kName = QStringLiteral("([a-z][a-z-]+)");
+    QSet<QString> options;
+    for (auto match = QRegularExpression(QString(pattern).replace(u"%NAME"_qs, kName)).globalMatch(text);
+         match.hasNext();) {
+        options << match.next().captured(1);
     }
+    return options;
+}
+
+TEST(CommandLine, whereverItIsDescribedItHasTheSameOptions) {
+    const QSet<QString> options = optionsIn(helpText(), QStringLiteral("\n  --%NAME"));
+    EXPECT_EQ(optionsIn(kUsageLine, QStringLiteral("--%NAME")), options);
+    struct Description {
+        QString file;
+        QString pattern;
+    };
+    for (const Description &description : {
+             Description{QStringLiteral("completions/tallowby.bash"), QStringLiteral("--%NAME[ ']")},
+             Description{QStringLiteral("completions/_tallowby"), QStringLiteral("'--%NAME\\[")},
+             Description{QStringLiteral("completions/tallowby.fish"), QStringLiteral(R"(\$unused -l %NAME )")},
+             Description{QStringLiteral("tallowby.1"), QStringLiteral(R"(\n\.B \\-\\-%NAME)")},
+         }) {
+        QFile file(QStringLiteral(TALLOWBY_PACKAGING "/") + description.file);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(file.fileName());
+        EXPECT_EQ(optionsIn(QString::fromUtf8(file.readAll()), description.pattern), options)
+            << qPrintable(description.file);
+    }
+    // What the desktop's menus start.
+    QFile entry(QStringLiteral(TALLOWBY_PACKAGING "/org.tallowby.Tallowby.desktop"));
+    ASSERT_TRUE(entry.open(QIODevice::ReadOnly));
+    const auto started = optionsIn(QString::fromUtf8(entry.readAll()), QStringLiteral("\nExec=tallowby --%NAME\n"));
+    EXPECT_EQ(started, (QSet{QStringLiteral("toggle"), QStringLiteral("settings"), QStringLiteral("quit")}));
 }
 
 } // namespace

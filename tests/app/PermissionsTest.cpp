@@ -4,8 +4,7 @@
 #include "platform/AppEvents.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UserDefaults.h"
-#include "platform/desktop/AccessibilityTrust.h"
-#include "platform/desktop/LoginItem.h"
+#include "support/FakeDesktop.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
 #include "support/VirtualScheduler.h"
@@ -17,37 +16,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct FakeTrust final : AccessibilityTrust {
-    bool isTrusted = false;
-    mutable int checks = 0;
-
-    [[nodiscard]] bool isProcessTrusted() const override {
-        ++checks;
-        return isTrusted;
-    }
-};
-
-struct FakeLoginItem final : LoginItem {
-    LoginItemStatus current = LoginItemStatus::notRegistered;
-    LoginItemStatus afterRegistering = LoginItemStatus::enabled;
-    QString error;
-    int registrations = 0;
-    int settingsOpened = 0;
-
-    [[nodiscard]] LoginItemStatus status() const override { return current; }
-    [[nodiscard]] QString registerItem() override {
-        ++registrations;
-        if (error.isEmpty()) {
-            current = afterRegistering;
-        }
-        return error;
-    }
-    void openSystemSettings() override { ++settingsOpened; }
-};
-
 TEST(PermissionManager, announcesAGrantOnceAndStopsLooking) {
     const test::LogCapture log;
-    FakeTrust trust;
+    test::FakeAccessibilityTrust trust;
+    trust.isTrusted = false;
     NotificationCenter notifications;
     test::VirtualScheduler scheduler;
     PermissionManager manager(trust, notifications, scheduler);
@@ -80,7 +52,7 @@ protected:
 
     test::LogCapture log;
     test::TemporaryFolder folder;
-    FakeLoginItem item;
+    test::FakeLoginItem item;
 };
 
 TEST_F(LaunchAtLogin, registersOnceAndSaysSo) {
@@ -92,7 +64,7 @@ TEST_F(LaunchAtLogin, registersOnceAndSaysSo) {
 }
 
 TEST_F(LaunchAtLogin, neverSwitchesOnWhatTheUserSwitchedOff) {
-    item.current = LoginItemStatus::requiresApproval;
+    item.currentStatus = LoginItemStatus::requiresApproval;
     start();
     start();
     EXPECT_EQ(item.registrations, 0);
@@ -101,8 +73,8 @@ TEST_F(LaunchAtLogin, neverSwitchesOnWhatTheUserSwitchedOff) {
 }
 
 TEST_F(LaunchAtLogin, aFailureIsALineAndNothingMore) {
-    item.current = LoginItemStatus::notFound;
-    item.error = QStringLiteral("read-only file system");
+    item.currentStatus = LoginItemStatus::notFound;
+    item.registrationError = QStringLiteral("read-only file system");
     start();
     EXPECT_EQ(item.settingsOpened, 0);
     EXPECT_EQ(log.lines(),

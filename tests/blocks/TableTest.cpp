@@ -139,6 +139,35 @@ TEST_F(Tables, HugeAndStrangeTablesStayUsable) {
     EXPECT_EQ(block->tableData().at(0).at(0).size(), 10'000'000);
 }
 
+TEST_F(Tables, TheMenuChangesRowsAndColumnsWhereItWasOpened) {
+    const BlockPtr block = add(R"({"kept":1,"rows":2,"columns":2,"cells":[["a","b"],["c","d"]]})");
+    const auto choose = [&](const QString &text) {
+        // The first column of the first row.
+        canvas.model.setRightClickCursorPos({-290, -190});
+        for (const MenuEntry &entry : canvas.view->menuEntriesOf(*block)) {
+            if (entry.text == text) {
+                entry.action();
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_TRUE(choose(QStringLiteral("Add row below")));
+    EXPECT_EQ(cells(block), QStringLiteral("a,b|,|c,d"));
+    EXPECT_TRUE(choose(QStringLiteral("Add column to the right")));
+    EXPECT_EQ(cells(block), QStringLiteral("a,,b|,,|c,,d"));
+    EXPECT_TRUE(choose(QStringLiteral("Remove row")));
+    EXPECT_TRUE(choose(QStringLiteral("Remove column")));
+    EXPECT_EQ(cells(block), QStringLiteral(",|,d"));
+    EXPECT_TRUE(block->content().contains(R"("kept":1)"));
+    EXPECT_TRUE(block->needsSync());
+
+    block->setContent(R"({"cells":[["only"]]})");
+    canvas.settle();
+    EXPECT_FALSE(choose(QStringLiteral("Remove row")));
+    EXPECT_FALSE(choose(QStringLiteral("Remove column")));
+}
+
 } // namespace
 
 } // namespace tallowby

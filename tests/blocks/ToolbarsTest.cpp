@@ -151,7 +151,10 @@ TEST_F(Toolbars, TheWeightOfAStrokeStaysWithinItsBounds) {
 
     clickOn(QStringLiteral("Thicker"));
     EXPECT_EQ(thin->strokeWidth(), 1.0);
+    clickOn(QStringLiteral("Larger"));
+    EXPECT_EQ(thin->fontSize(), 18) << "of the label";
     select({thin, thick});
+    EXPECT_EQ(bar.fontSize(), QStringLiteral("–"));
     bar.chooseFill(2);
     bar.chooseColor(0);
     EXPECT_EQ(thick->fillColor(), QStringLiteral("#D64541"));
@@ -237,6 +240,14 @@ TEST_F(Toolbars, SketchesIconsAndNotesKeepWhatTheyAre) {
               before.adjusted(-32, -32, 32, 32));
     canvas.model.undo();
     EXPECT_EQ(icon->width(), 64);
+
+    const BlockPtr divider = canvas.add(BlockType::divider, {-200, -100, 100, 20});
+    divider->setContent(R"({"kept":1})");
+    divider->setNeedsSync(false);
+    select({divider});
+    clickOn(QStringLiteral("4 points thick"));
+    EXPECT_EQ(divider->content(), QByteArrayLiteral(R"({"kept":1,"thickness":4})"));
+    EXPECT_TRUE(divider->needsSync());
 
     const BlockPtr note = canvas.add(BlockType::stickyNote, {-200, 0, 100, 100});
     select({note});

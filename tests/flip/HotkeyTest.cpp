@@ -1,3 +1,4 @@
+#include "flip/hotkey/HotkeyAdvisor.h"
 #include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
 #include "platform/AppEvents.h"
@@ -28,6 +29,7 @@ TEST(HotkeyFormatter, writesCombinationsAsPeopleReadThem) {
     for (const Case &c : cases) {
         EXPECT_EQ(HotkeyFormatter::string(c.keyCode, c.modifiers), c.text);
     }
+    EXPECT_EQ(HotkeyFormatter::keyCaps(0, 0x1F00).join(u' '), u"Ctrl Alt Shift Super A"_qs);
     int named = 0;
     for (std::uint32_t keyCode = 0; keyCode < 256; ++keyCode) {
         named += HotkeyFormatter::keyName(keyCode) != QStringLiteral("Key %1").arg(keyCode);
@@ -107,6 +109,32 @@ TEST_F(Hotkey, staysStoppedWithoutAHandlerAndLetsGoWhenItDies) {
     clock.advance(std::chrono::seconds(1));
     settings.setHotkeyKeyCode(1);
     EXPECT_EQ(requests, 0) << "a press that was on its way reached a listener that has gone";
+}
+
+TEST_F(Hotkey, adviceFollowsTheKeyThatIsStoredAndNotThePairInBetween) {
+    // What stands between the old pair and the new one is free; both of them are not.
+    keyboard.taken = {{49, 0x800}, {40, 0x1000}};
+    HotkeyListener listener(notifications, settings, keyboard, clock);
+    HotkeyAdvisor advisor(settings, keyboard, clock);
+    listener.start();
+    advisor.setListener(&listener);
+    EXPECT_EQ(advisor.alternatives(),
+              (QStringList{u"Ctrl + Alt + Space"_qs, u"Alt + Shift + Space"_qs, u"Alt + `"_qs}));
+
+    settings.setHotkeyKeyCode(40);
+    settings.setHotkeyModifiers(0x1000);
+    clock.advance({});
+    EXPECT_TRUE(advisor.problem().startsWith(u"Ctrl + K does not work")) << qPrintable(advisor.problem());
+    EXPECT_EQ(advisor.alternatives(), (QStringList{u"Ctrl + Alt + K"_qs, u"Alt + Shift + K"_qs, u"Alt + `"_qs}));
+    EXPECT_TRUE(keyboard.held().empty());
+    advisor.choose(3);
+    EXPECT_TRUE(keyboard.held().empty()) << "there is no such offer";
+
+    keyboard.taken.clear(); // The other program has ended.
+    advisor.tryAgain();
+    clock.advance({});
+    EXPECT_EQ(advisor.problem(), QString());
+    EXPECT_EQ(keyboard.held(), (std::set<test::FakeHotKeyService::Combination>{{40, 0x1000}}));
 }
 
 } // namespace

@@ -62,6 +62,16 @@ TEST_F(LoginItemTest, LeavesAnEntryAloneThatTheUserSwitchedOff) {
     EXPECT_EQ(item.status(), LoginItemStatus::enabled);
 }
 
+TEST_F(LoginItemTest, TheUsersOwnChoiceHoldsEitherWay) {
+    EXPECT_EQ(item.setEnabledByUser(false), QString());
+    EXPECT_EQ(item.status(), LoginItemStatus::requiresApproval);
+    EXPECT_EQ(DesktopEntry::parse(entry()).value("Hidden"), "true") << "the mark that every desktop knows";
+    EXPECT_NE(item.registerItem(), QString());
+    EXPECT_EQ(item.setEnabledByUser(true), QString());
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    EXPECT_EQ(DesktopEntry::parse(entry()).value("Exec"), program.toUtf8());
+}
+
 TEST_F(LoginItemTest, RefusesAProgramThatALoginCannotRelyOn) {
     XdgLoginItem absent(folder.file(u"absent"_qs), autostart);
     EXPECT_EQ(absent.status(), LoginItemStatus::notFound);

@@ -1,6 +1,8 @@
 #include "platform/AppEvents.h"
 #include "platform/AppSettings.h"
 #include "platform/NotificationCenter.h"
+#include "platform/UserMotionPreference.h"
+#include "support/FakeDesktop.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -112,6 +114,30 @@ TEST_F(SettingsDeathTest, ANumberThatIsNoneOfTheirsEndsTheProgramInOneLine) {
             "The setting Settings.hotkeyKeyCode in .*Tallowby.conf is not a whole number")
             << value.constData();
     }
+}
+
+TEST_F(SettingsTest, LooksAndMotionAreTheDesktopsUntilChosen) {
+    test::FakeMotionPreference desktop;
+    {
+        UserDefaults defaults(fileName);
+        AppSettings settings(defaults, center, displays);
+        const UserMotionPreference motion(settings, desktop);
+        EXPECT_EQ(settings.appearance(), Appearance::system);
+        EXPECT_FALSE(motion.prefersReducedMotion());
+        desktop.isReduced = true;
+        EXPECT_TRUE(motion.prefersReducedMotion());
+        settings.setAppearance(Appearance::dark);
+        settings.setReducesMotion(true);
+    }
+    desktop.isReduced = false;
+    UserDefaults defaults(fileName);
+    const AppSettings nextStart(defaults, center, displays);
+    EXPECT_EQ(nextStart.appearance(), Appearance::dark);
+    EXPECT_TRUE(UserMotionPreference(nextStart, desktop).prefersReducedMotion());
+
+    store("[General]\nSettings.appearance=sepia\nSettings.reducesMotion=perhaps\n");
+    UserDefaults odd(fileName);
+    EXPECT_EQ(AppSettings(odd, center, displays).appearance(), Appearance::system);
 }
 
 } // namespace

@@ -50,8 +50,16 @@ bool FakeHotKeyService::press(std::uint32_t keyCode, std::uint32_t modifiers) {
 }
 
 QString FakeLoginItem::registerItem() {
+    ++registrations;
     if (registrationError.isEmpty()) {
         currentStatus = statusAfterRegistering;
+    }
+    return registrationError;
+}
+
+QString FakeLoginItem::setEnabledByUser(bool isEnabled) {
+    if (registrationError.isEmpty()) {
+        currentStatus = isEnabled ? statusAfterRegistering : LoginItemStatus::requiresApproval;
     }
     return registrationError;
 }

@@ -8,6 +8,7 @@
 #include "platform/desktop/LoginItem.h"
 #include "platform/desktop/MotionPreference.h"
 #include "platform/desktop/Presentation.h"
+#include "platform/desktop/StatusArea.h"
 #include "platform/desktop/Workspace.h"
 
 #include <QStringList>
@@ -20,8 +21,19 @@ namespace tallowby::test {
 
 struct FakeAccessibilityTrust final : AccessibilityTrust {
     bool isTrusted = true;
+    mutable int checks = 0;
+    int prompts = 0;
+    int settingsOpened = 0;
 
-    [[nodiscard]] bool isProcessTrusted() const override { return isTrusted; }
+    [[nodiscard]] bool isProcessTrusted() const override {
+        ++checks;
+        return isTrusted;
+    }
+    [[nodiscard]] bool isProcessTrustedWithPrompt() override {
+        ++prompts;
+        return isTrusted;
+    }
+    void openSystemSettings() override { ++settingsOpened; }
 };
 
 struct FakeDesktopCapture final : DesktopCapture {
@@ -67,10 +79,12 @@ struct FakeLoginItem final : LoginItem {
     LoginItemStatus currentStatus = LoginItemStatus::notRegistered;
     LoginItemStatus statusAfterRegistering = LoginItemStatus::enabled;
     QString registrationError;
+    int registrations = 0;
     int settingsOpened = 0;
 
     [[nodiscard]] LoginItemStatus status() const override { return currentStatus; }
     [[nodiscard]] QString registerItem() override;
+    [[nodiscard]] QString setEnabledByUser(bool isEnabled) override;
     void openSystemSettings() override { ++settingsOpened; }
 };
 
@@ -78,6 +92,12 @@ struct FakeMotionPreference final : MotionPreference {
     bool isReduced = false;
 
     [[nodiscard]] bool prefersReducedMotion() const override { return isReduced; }
+};
+
+struct FakeStatusArea final : StatusArea {
+    bool isThere = false;
+
+    [[nodiscard]] bool hasAppeared() const override { return isThere; }
 };
 
 class FakeWorkspace final : public Workspace {
@@ -134,6 +154,7 @@ public:
     FakeHotKeyService hotKeyService;
     FakeLoginItem loginItemService;
     FakeMotionPreference motionService;
+    FakeStatusArea statusAreaService;
     FakeWorkspace workspaceService;
     FakePresentation presentationService{workspaceService};
 
@@ -144,6 +165,7 @@ public:
     [[nodiscard]] LoginItem &loginItem() override { return loginItemService; }
     [[nodiscard]] MotionPreference &motionPreference() override { return motionService; }
     [[nodiscard]] Presentation &presentation() override { return presentationService; }
+    [[nodiscard]] StatusArea &statusArea() override { return statusAreaService; }
     [[nodiscard]] Workspace &workspace() override { return workspaceService; }
 };
 

@@ -20,8 +20,8 @@ AbstractButton {
     background: Rectangle {
         radius: Theme.radiusControl
         color: choice.hovered ? Theme.hoverWash : "transparent"
-        border.width: choice.visualFocus ? 2 : 0
-        border.color: Theme.accent
+
+        FocusRing { isShown: choice.visualFocus; radius: parent.radius; anchors.margins: -2 }
     }
 
     contentItem: Item {

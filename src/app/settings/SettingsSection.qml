@@ -6,7 +6,7 @@ import Tallowby.Platform
 ColumnLayout {
     property alias title: heading.text
 
-    spacing: 8
+    spacing: Theme.spaceSmall
 
     Text {
         id: heading

@@ -1,103 +1,203 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
 import QtQuick.Controls.Basic
+import QtQuick.Layouts
 import Tallowby.App
 import Tallowby.Flip
 import Tallowby.Platform
 
-Window {
+ShellWindow {
     id: window
 
     required property SettingsWindowController controller
-    readonly property int outerMargin: 32
+    readonly property int wanted: column.implicitHeight + bottom.height + 2 * outerMargin + Theme.spaceWindow
 
     title: qsTr("Tallowby Settings")
-    color: Theme.surface
-    width: 480
+    width: 520
     minimumWidth: width
     maximumWidth: width
-    minimumHeight: column.implicitHeight + 2 * outerMargin
+    minimumHeight: Math.min(wanted, Screen.desktopAvailableHeight - 2 * Theme.spaceWindow)
     maximumHeight: minimumHeight
     height: minimumHeight
 
-    ColumnLayout {
-        id: column
+    Flickable {
+        id: page
 
-        anchors.fill: parent
-        anchors.margins: window.outerMargin
-        spacing: 24
+        // On a low screen the keyboard takes what it reaches into view.
+        readonly property Item focused: window.activeFocusItem
+        readonly property real focusedY: focused ? focused.mapToItem(column, 0, 0).y : 0
 
-        Text {
-            text: qsTr("Settings")
-            color: Theme.ink
-            font.family: Theme.uiFamily
-            font.pixelSize: Theme.titleSize
-            font.weight: Font.DemiBold
-        }
+        anchors { fill: parent; topMargin: window.outerMargin; bottomMargin: bottom.height + window.outerMargin + Theme.spacePanel }
+        clip: contentHeight > height
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        contentHeight: column.implicitHeight
+        onFocusedChanged: contentY = Math.max(0, Math.min(contentHeight - height, Math.max(focusedY + 56 - height, Math.min(contentY, focusedY - 8))))
+        ScrollBar.vertical: ThinScrollBar {}
 
-        SettingsSection {
-            Layout.fillWidth: true
-            title: qsTr("Key that turns the screen over")
+        ColumnLayout {
+            id: column
 
-            HotkeyRecorder {
-                Layout.fillWidth: true
-                settings: window.controller.settings
+            x: window.outerMargin
+            width: parent.width - 2 * x
+            spacing: Theme.spaceWindow
+
+            Text {
+                text: qsTr("Settings")
+                color: Theme.ink
+                font { family: Theme.uiFamily; pixelSize: Theme.titleSize; weight: Font.DemiBold }
             }
-        }
 
-        SettingsSection {
-            Layout.fillWidth: true
-            title: qsTr("Display to turn over")
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Key that turns the screen over")
 
-            Repeater {
-                model: window.controller.displayChoices
-
-                SettingsChoice {
-                    id: choice
-
-                    required property displayChoice modelData
-                    required property int index
-
+                HotkeyRecorder {
                     Layout.fillWidth: true
-                    text: choice.modelData.name
-                    detail: choice.modelData.detail
-                    checked: choice.modelData.isChosen
-                    onClicked: window.controller.chooseDisplay(choice.index)
+                    settings: window.controller.settings
+                }
+
+                HotkeyAdvice {
+                    Layout.fillWidth: true
+                    advisor: window.controller.hotkeyAdvisor
+                }
+            }
+
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Display to turn over")
+
+                DisplayArrangement {
+                    Layout.fillWidth: true
+                    Layout.bottomMargin: Theme.spaceTight
+                    controller: window.controller
+                }
+
+                // By number, so that a choice keeps the keyboard when it is made.
+                Repeater {
+                    model: window.controller.displayChoices.length
+
+                    SettingsChoice {
+                        id: choice
+
+                        required property int index
+                        readonly property displayChoice entry: window.controller.displayChoices[Math.min(index, window.controller.displayChoices.length - 1)]
+
+                        Layout.fillWidth: true
+                        text: choice.entry.name
+                        detail: choice.entry.detail
+                        checked: choice.entry.isChosen
+                        onClicked: window.controller.chooseDisplay(choice.index)
+                    }
+                }
+            }
+
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Looks and motion")
+
+                RowLayout {
+                    Layout.fillWidth: true
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: qsTr("Appearance")
+                        color: Theme.ink
+                        font { family: Theme.uiFamily; pixelSize: Theme.bodySize }
+                    }
+
+                    SegmentedChoice {
+                        name: qsTr("Appearance")
+                        words: [qsTr("System"), qsTr("Light"), qsTr("Dark")]
+                        current: window.controller.appearance
+                        onChosen: (index) => window.controller.chooseAppearance(index)
+                    }
+                }
+
+                ToggleRow {
+                    Layout.fillWidth: true
+                    text: qsTr("Reduce motion")
+                    detail: window.controller.desktopReducesMotion ? qsTr("The desktop asks for it") : qsTr("The screen fades over instead of turning")
+                    isOn: window.controller.reducesMotion
+                    enabled: !window.controller.desktopReducesMotion
+                    onWanted: (on) => window.controller.setReducesMotion(on)
+                }
+            }
+
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Start")
+
+                ToggleRow {
+                    Layout.fillWidth: true
+                    text: qsTr("Start at login")
+                    detail: window.controller.startAtLogin.detail
+                    problem: window.controller.startAtLogin.problem
+                    isOn: window.controller.startAtLogin.isOn
+                    enabled: window.controller.startAtLogin.isAvailable
+                    onWanted: (on) => window.controller.startAtLogin.setOn(on)
+                }
+            }
+
+            SyncSection {
+                Layout.fillWidth: true
+                status: window.controller.syncStatus
+            }
+
+            SettingsSection {
+                Layout.fillWidth: true
+                title: qsTr("Your notes")
+
+                RowLayout {
+                    Layout.fillWidth: true
+                    spacing: Theme.spacePanel
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: window.controller.dataFolder
+                        color: Theme.inkSoft
+                        elide: Text.ElideMiddle
+                        textFormat: Text.PlainText
+                        font { family: Theme.uiFamily; pixelSize: Theme.bodySize }
+                    }
+
+                    QuietButton {
+                        text: qsTr("Open folder")
+                        onClicked: window.controller.openDataFolder()
+                    }
                 }
             }
         }
+    }
 
-        SettingsSection {
-            Layout.fillWidth: true
-            title: qsTr("Your notes")
+    RowLayout {
+        id: bottom
 
-            Text {
-                Layout.fillWidth: true
-                text: window.controller.dataFolder
-                color: Theme.inkSoft
-                elide: Text.ElideMiddle
-                font.family: Theme.uiFamily
-                font.pixelSize: Theme.bodySize
-            }
-
-            SettingsButton {
-                text: qsTr("Open folder")
-                onClicked: window.controller.openDataFolder()
-            }
-        }
-
-        SyncSection {
-            Layout.fillWidth: true
-            status: window.controller.syncStatus
-        }
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: window.outerMargin }
+        spacing: Theme.spacePanel
 
         Text {
             text: qsTr("Tallowby %1").arg(Qt.application.version)
             color: Theme.inkSoft
-            font.family: Theme.uiFamily
-            font.pixelSize: Theme.captionSize
+            font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
+        }
+
+        LinkButton {
+            text: qsTr("What's new")
+            onClicked: window.controller.showWhatsNew()
+        }
+
+        LinkButton {
+            text: qsTr("Introduction")
+            onClicked: window.controller.showIntroduction()
+        }
+
+        Item { Layout.fillWidth: true }
+
+        PrimaryButton {
+            text: qsTr("Done")
+            onClicked: window.close()
         }
     }
 }

@@ -72,7 +72,7 @@ SettingsSection {
             textFormat: Text.PlainText
         }
 
-        SettingsButton {
+        QuietButton {
             text: qsTr("Copy")
             onClicked: section.status.copyUserId()
         }

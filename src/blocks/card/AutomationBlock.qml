@@ -9,8 +9,9 @@ PlainBlockContent {
     readonly property bool isSmall: content.width < 120 || content.height < 56
     readonly property bool hasRoomForNote: !content.isSmall && content.height >= 96
 
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0
         color: Theme.surface
@@ -25,6 +26,7 @@ PlainBlockContent {
         y: content.isSmall ? (content.height - height) / 2 : Theme.spaceCard
         size: Math.max(0, Math.min(Theme.iconSmall, content.width, content.height))
         color: Theme.accent
+        detail: content.detail
         name: content.kindSymbol
     }
 

@@ -9,8 +9,9 @@ ChecklistBlockContent {
     id: content
 
     // Opaque and without smoothed edges, unless it is turned, as every card.
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Theme.radiusCard : 0
         color: Theme.surface
@@ -21,6 +22,7 @@ ChecklistBlockContent {
         visible: content.isLegible
         x: 18
         y: (36 - height) / 2
+        detail: content.detail
         name: "checklist"
     }
 
@@ -72,6 +74,7 @@ ChecklistBlockContent {
         x: 20
         y: content.addTop + (34 - height) / 2
         size: 12
+        detail: content.detail
         name: "plus"
     }
 

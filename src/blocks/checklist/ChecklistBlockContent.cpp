@@ -6,7 +6,6 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -47,23 +46,8 @@ QString withoutMark(const QString &line) {
 } // namespace
 
 ChecklistBlockContent::ChecklistBlockContent(QQuickItem *parent)
-    : EditedBody(parent)
+    : FieldsBody(parent)
     , m_rows({"item", "words", "isDone", "rowTop", "rowHeight", "isEdited", "isHovered"}) {}
-
-void ChecklistBlockContent::componentComplete() {
-    reload();
-    EditedBody::componentComplete();
-    layOut();
-    connect(block(), &Block::contentChanged, this, [this] {
-        if (!m_isWriting) {
-            reload();
-            layOut();
-            if (editor()) {
-                editor()->setText(editedText());
-            }
-        }
-    });
-}
 
 void ChecklistBlockContent::reload() {
     m_list = Checklist(*block());
@@ -74,10 +58,8 @@ void ChecklistBlockContent::reload() {
     m_dragged = kNone;
 }
 
-void ChecklistBlockContent::write() {
-    m_isWriting = true;
-    viewModel().setContentField(*block(), kItemsKey, m_list.toPayload());
-    m_isWriting = false;
+void ChecklistBlockContent::writeItems() {
+    write(kItemsKey, m_list.toPayload());
     layOut();
 }
 
@@ -161,18 +143,7 @@ void ChecklistBlockContent::layOut() {
     insistOnSize({std::max(width(), kNarrowest), top + kAddHeight + (extent().isEmpty() ? 0 : kExtentHeight)});
 }
 
-void ChecklistBlockContent::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
-    EditedBody::geometryChange(newGeometry, oldGeometry);
-    if (isComponentComplete()) {
-        layOut();
-    }
-}
-
 // The editor.
-
-FieldEditor *ChecklistBlockContent::field() const {
-    return static_cast<FieldEditor *>(editor());
-}
 
 bool ChecklistBlockContent::canEdit(int field) const {
     const bool isItem = field >= 0 && field < m_list.count();
@@ -192,8 +163,7 @@ void ChecklistBlockContent::setIsEditing(bool isEditing) {
         }
         m_field = canEdit(m_field) ? m_field : kNone;
     }
-    EditedBody::setIsEditing(isEditing);
-    setAcceptedMouseButtons(isEditing ? Qt::LeftButton : Qt::NoButton);
+    FieldsBody::setIsEditing(isEditing);
     setAcceptHoverEvents(isEditing);
     m_hovered = kNone;
     m_dragged = kNone;
@@ -202,7 +172,7 @@ void ChecklistBlockContent::setIsEditing(bool isEditing) {
 }
 
 void ChecklistBlockContent::editorOpened(AutoExpandingTextEditor &editor) {
-    field()->setKeyHandler([this](const QKeyEvent &event) { return handleKey(event); });
+    FieldsBody::editorOpened(editor);
     connect(this, &EditedBody::isDisplayShownChanged, &editor, [this] { layOut(); });
 }
 
@@ -238,13 +208,11 @@ void ChecklistBlockContent::takeText(const QString &text) {
     }
     if (m_field == kTitle) {
         m_title = text;
-        m_isWriting = true;
-        viewModel().setContentField(*block(), kTitleKey, text);
-        m_isWriting = false;
+        write(kTitleKey, text);
         layOut();
     } else {
         m_list.setText(m_field, text);
-        write();
+        writeItems();
     }
 }
 
@@ -252,18 +220,18 @@ void ChecklistBlockContent::edit(int field, int caret) {
     if (!editor() || !canEdit(field)) {
         return;
     }
-    QGuiApplication::inputMethod()->commit();
-    m_field = field;
-    if (field >= 0 && field < m_first) {
-        m_first = field;
-    }
-    layOut();
-    while (field >= m_first + int(m_shown.size()) && m_first < field) {
-        ++m_first;
+    const auto leave = [this, field] {
+        m_field = field;
+        if (field >= 0 && field < m_first) {
+            m_first = field;
+        }
         layOut();
-    }
-    editor()->setText(editedText());
-    editor()->setCaret(caret < 0 ? int(editedText().size()) : caret);
+        while (field >= m_first + int(m_shown.size()) && m_first < field) {
+            ++m_first;
+            layOut();
+        }
+    };
+    moveEditor(leave, caret);
 }
 
 bool ChecklistBlockContent::handleKey(const QKeyEvent &event) {
@@ -303,9 +271,7 @@ bool ChecklistBlockContent::handleKey(const QKeyEvent &event) {
 
 /// Within a text of several lines the caret goes from line to line first.
 bool ChecklistBlockContent::walkByLine(int step) {
-    const QRectF caret = inputItem()->property("cursorRectangle").toRectF();
-    const bool isAtEdge = step < 0 ? caret.top() < caret.height() / 2
-                                   : caret.bottom() > field()->usedSize().height() - caret.height() / 2;
+    const bool isAtEdge = isCaretInLastLine(step);
     if (isAtEdge) {
         edit(m_field + step, -1);
     }
@@ -319,7 +285,7 @@ bool ChecklistBlockContent::removeIfEmpty() {
     const int removed = m_field;
     m_list.remove(removed);
     m_field = removed - 1;
-    write();
+    writeItems();
     edit(m_field, -1);
     return true;
 }
@@ -329,7 +295,7 @@ void ChecklistBlockContent::breakItem() {
     if (m_field == kTitle) {
         if (m_list.count() == 0) {
             m_list.insert(0, {});
-            write();
+            writeItems();
         }
         edit(0, -1);
         return;
@@ -342,7 +308,7 @@ void ChecklistBlockContent::breakItem() {
     m_list.setText(m_field, text.left(caret));
     m_list.insert(m_field + 1, text.sliced(caret));
     field()->setText(m_list.text(m_field));
-    write();
+    writeItems();
     edit(m_field + 1, 0);
 }
 
@@ -368,7 +334,7 @@ bool ChecklistBlockContent::pasteLines() {
         m_list.insert(m_field + i, lines[i]);
     }
     field()->setText(lines.front());
-    write();
+    writeItems();
     edit(m_field + int(lines.size()) - 1, caret);
     return true;
 }
@@ -384,14 +350,14 @@ void ChecklistBlockContent::moveItem(int to) {
     } else if (m_field >= 0) {
         m_field += (from < m_field && m_field <= to) ? -1 : (to <= m_field && m_field < from) ? 1 : 0;
     }
-    write();
+    writeItems();
 }
 
 // Controls.
 
 void ChecklistBlockContent::toggle(int item) {
     m_list.setIsDone(item, !m_list.isDone(item));
-    write();
+    writeItems();
 }
 
 void ChecklistBlockContent::removeItem(int item) {
@@ -401,13 +367,13 @@ void ChecklistBlockContent::removeItem(int item) {
     } else if (m_field > item) {
         --m_field;
     }
-    write();
+    writeItems();
     edit(m_field, -1);
 }
 
 void ChecklistBlockContent::addItem() {
     m_list.insert(m_list.count(), {});
-    write();
+    writeItems();
     const auto &blocks = viewModel().visibleBlocks();
     const auto own = std::ranges::find(blocks, block(), &BlockPtr::get);
     if (!isEditing() && own != blocks.end()) {

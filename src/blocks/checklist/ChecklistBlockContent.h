@@ -2,7 +2,7 @@
 
 #include "blocks/ShownRowsModel.h"
 #include "blocks/checklist/Checklist.h"
-#include "blocks/text/EditedBody.h"
+#include "blocks/text/FieldsBody.h"
 
 #include <QFont>
 
@@ -10,11 +10,9 @@
 
 namespace tallowby {
 
-class FieldEditor;
-
 /// The body of a checklist: a header with title and progress, a row for each item, and a line that adds one. One editor
 /// goes from field to field. The block is as high as its rows, up to a bound; longer lists scroll by rows.
-class ChecklistBlockContent : public tallowby::EditedBody {
+class ChecklistBlockContent : public tallowby::FieldsBody {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString title READ title NOTIFY listChanged)
@@ -57,19 +55,21 @@ public:
     Q_INVOKABLE void addItem();
 
     void setIsEditing(bool isEditing) override;
-    [[nodiscard]] bool click(QPointF point) override;
+    [[nodiscard]] bool click(QPointF point, Qt::KeyboardModifiers modifiers) override;
     void placeCaret(QPointF point) override;
 
 Q_SIGNALS:
     void listChanged();
 
 protected:
-    void componentComplete() override;
+    void reload() override;
+    void layOut() override;
+    [[nodiscard]] bool handleKey(const QKeyEvent &event) override;
+    [[nodiscard]] bool isScrolling() const override { return !extent().isEmpty(); }
     void dressEditor(AutoExpandingTextEditor &editor) override;
     [[nodiscard]] QString editedText() const override;
     void takeText(const QString &text) override;
     void editorOpened(AutoExpandingTextEditor &editor) override;
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -93,27 +93,22 @@ private:
         double height;
     };
 
-    [[nodiscard]] FieldEditor *field() const;
     [[nodiscard]] Hit hit(QPointF point) const;
     [[nodiscard]] double textWidth() const;
     [[nodiscard]] double rowHeight(int item) const;
     [[nodiscard]] int lastFirst() const;
     [[nodiscard]] bool canEdit(int field) const;
-    [[nodiscard]] bool handleKey(const QKeyEvent &event);
     [[nodiscard]] bool walkByLine(int step);
     [[nodiscard]] bool removeIfEmpty();
     [[nodiscard]] bool pasteLines();
     void breakItem();
     void moveItem(int to);
     void edit(int field, int caret);
-    void reload();
-    void write();
-    void layOut();
+    void writeItems();
     void setHovered(int item);
 
     Checklist m_list;
     QString m_title;
-    bool m_isWriting = false;
     int m_field = kNone;
     int m_hovered = kNone;
     int m_dragged = kNone;

@@ -34,7 +34,7 @@ ChecklistBlockContent::Hit ChecklistBlockContent::hit(QPointF point) const {
     return {};
 }
 
-bool ChecklistBlockContent::click(QPointF point) {
+bool ChecklistBlockContent::click(QPointF point, Qt::KeyboardModifiers) {
     const Hit target = hit(point);
     if (target.zone == Zone::box) {
         toggle(target.item);
@@ -51,7 +51,7 @@ void ChecklistBlockContent::placeCaret(QPointF point) {
     const Hit target = hit(point);
     if (target.item != kNone && canEdit(target.item)) {
         edit(target.item, -1);
-        EditedBody::placeCaret(point);
+        FieldsBody::placeCaret(point);
     }
 }
 
@@ -123,10 +123,8 @@ void ChecklistBlockContent::hoverLeaveEvent(QHoverEvent *) {
 }
 
 void ChecklistBlockContent::wheelEvent(QWheelEvent *event) {
-    const bool isOurs = (isEditing() || block()->isSelected()) && !extent().isEmpty() &&
-                        !event->modifiers().testFlag(Qt::ControlModifier);
-    event->setAccepted(isOurs);
-    if (isOurs) {
+    event->setAccepted(takesWheel(*event));
+    if (event->isAccepted()) {
         m_first += event->angleDelta().y() < 0 ? 3 : -3;
         layOut();
     }

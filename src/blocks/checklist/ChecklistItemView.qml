@@ -30,6 +30,7 @@ Item {
         x: 2
         y: 8
         size: 12
+        detail: row.list.detail
         name: "grip"
     }
 
@@ -38,6 +39,7 @@ Item {
         x: 18
         y: 6
         size: 16
+        detail: row.list.detail
         name: row.isDone ? "checkmark.circle.fill" : "circle"
         color: row.isDone ? Theme.accent : Theme.inkSoft
     }
@@ -59,6 +61,7 @@ Item {
         x: row.width - 26
         y: 8
         size: 12
+        detail: row.list.detail
         name: "xmark"
         Accessible.role: Accessible.Button
         Accessible.name: qsTr("Delete")

@@ -14,8 +14,9 @@ CodeBlockContent {
     display: shown
     displaySize: Qt.size(shown.contentWidth, shown.contentHeight)
 
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Theme.radiusCard : 0
         color: Theme.codePanel
@@ -33,6 +34,7 @@ CodeBlockContent {
                 required property color modelData
 
                 size: 10
+                detail: content.detail
                 name: "circle.fill"
                 color: modelData
             }
@@ -46,6 +48,7 @@ CodeBlockContent {
         anchors { right: parent.right; rightMargin: 12 }
         y: 9
         size: 12
+        detail: content.detail
         name: content.isCopied ? "checkmark" : "doc.on.doc"
         color: Theme.codeInkSoft
         Accessible.role: Accessible.Button
@@ -60,6 +63,7 @@ CodeBlockContent {
         anchors { right: copySymbol.left; rightMargin: 14 }
         y: 11
         size: 8
+        detail: content.detail
         name: "chevron.down"
         color: Theme.codeInkSoft
     }

@@ -264,7 +264,7 @@ void CodeBlockContent::setIsCopied(bool isCopied) {
     }
 }
 
-bool CodeBlockContent::click(QPointF point) {
+bool CodeBlockContent::click(QPointF point, Qt::KeyboardModifiers) {
     if (point.y() >= kHeaderHeight || point.x() < width() - kCopyWidth - kLabelWidth) {
         return false;
     }
@@ -282,7 +282,7 @@ bool CodeBlockContent::click(QPointF point) {
 void CodeBlockContent::mousePressEvent(QMouseEvent *event) {
     if (event->modifiers().testFlag(Qt::ShiftModifier)) {
         event->ignore();
-    } else if (!click(event->position())) {
+    } else if (!click(event->position(), event->modifiers())) {
         setIsMenuOpen(false);
         placeCaret(event->position());
     }

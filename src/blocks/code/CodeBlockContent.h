@@ -73,7 +73,7 @@ public:
     Q_INVOKABLE void toggleMenu();
 
     void setIsEditing(bool isEditing) override;
-    [[nodiscard]] bool click(QPointF point) override;
+    [[nodiscard]] bool click(QPointF point, Qt::KeyboardModifiers modifiers) override;
     void placeCaret(QPointF point) override;
     void setZoom(double zoom) override;
 

@@ -4,41 +4,35 @@
 
 namespace tallowby {
 
-/// The body of a divider: a rule that is thin, and never thinner than the screen can show.
+class PathDrawingItem;
+
+/// The body of a divider: a rule from end to end, on whole pixels and never thinner than the screen can show.
 class DividerBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
-    /// In pixels of the screen.
-    Q_PROPERTY(int thickness READ thickness NOTIFY ruleChanged)
-    /// In canvas points; at a whole pixel.
-    Q_PROPERTY(double ruleTop READ ruleTop NOTIFY ruleChanged)
-    Q_PROPERTY(double pixelsPerPoint READ pixelsPerPoint NOTIFY ruleChanged)
 
 public:
     /// In canvas points, as near as pixels allow.
-    static constexpr double kThickness = 1.5;
+    static constexpr double kThickness = 2;
 
-    using BlockBody::BlockBody;
+    explicit DividerBlockContent(QQuickItem *parent = nullptr);
 
-    [[nodiscard]] int thickness() const { return m_thickness; }
-    [[nodiscard]] double ruleTop() const { return m_ruleTop; }
-    [[nodiscard]] double pixelsPerPoint() const { return m_pixelsPerPoint; }
+    /// What the payload keeps, within what a rule can be.
+    [[nodiscard]] static double thicknessOf(const Block &block);
+    static void setThickness(CanvasViewModel &model, Block &block, double thickness);
+
     void setZoom(double zoom) override;
-
-Q_SIGNALS:
-    void ruleChanged();
+    void settleZoom() override;
 
 protected:
     void componentComplete() override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
+    void updatePolish() override;
 
 private:
-    void placeRule();
-
-    int m_thickness = 1;
-    double m_pixelsPerPoint = 1;
-    double m_ruleTop = 0;
+    /// Owned as a child.
+    PathDrawingItem *m_rule;
 };
 
 } // namespace tallowby

@@ -10,7 +10,7 @@ IconPickerView {
 
     readonly property int cell: 40
     readonly property int hoveredIndex: grid.hovered
-    readonly property string namedSymbol: hoveredIndex >= 0 && hoveredIndex < symbols.length ? symbols[hoveredIndex] : current >= 0 ? symbols[current] : ""
+    readonly property string namedSymbol: hoveredIndex >= 0 && hoveredIndex < symbols.length ? symbols[hoveredIndex] : current >= 0 && current < symbols.length ? symbols[current] : ""
 
     searchField: search
     Component.onCompleted: grid.positionViewAtIndex(Math.max(0, current), GridView.Contain)

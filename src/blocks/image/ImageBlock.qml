@@ -9,8 +9,9 @@ ImageBlockContent {
     readonly property bool isSmall: content.width < 140 || content.height < 96
     readonly property string words: content.isEmpty ? qsTr("Drop image here\nor paste  ⌘V") : content.message
 
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         visible: !content.isShown
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Math.min(Theme.radiusCard, height / 2) : 0
@@ -25,6 +26,7 @@ ImageBlockContent {
         x: (content.width - width) / 2
         y: (content.height - height - (words.visible ? words.height + Theme.spaceSmall : 0)) / 2
         size: Math.max(0, Math.min(content.isSmall ? Theme.iconSmall : 28, content.width, content.height))
+        detail: content.detail
         name: content.isEmpty ? "photo.on.rectangle.angled" : "exclamationmark.triangle"
     }
 

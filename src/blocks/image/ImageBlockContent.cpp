@@ -121,7 +121,7 @@ int ImageBlockContent::wantedSide() const {
 
 void ImageBlockContent::requestPicture() {
     const int decoded = longestSide(m_decoded.size());
-    const int whole = m_wholeSize.isEmpty() ? wantedSide() : longestSide(m_wholeSize);
+    const int whole = m_wholeSize.isEmpty() || m_isScalable ? wantedSide() : longestSide(m_wholeSize);
     const bool isFineEnough = decoded >= kFineEnough * std::min(wantedSide(), whole);
     const bool isTooFine = decoded > kCoarsestScaling * wantedSide();
     const bool isKnown = !m_isPayloadNew && (m_isEmpty || !m_refusal.isEmpty() || (isFineEnough && !isTooFine));
@@ -160,6 +160,7 @@ void ImageBlockContent::takePicture(const LoadedPicture &loaded, int payloadNumb
         m_isEmpty = loaded.image.isNull() && loaded.refusal.isEmpty();
         m_refusal = loaded.refusal;
         m_wholeSize = loaded.wholeSize;
+        m_isScalable = loaded.isScalable;
         ImageCacheService::shared().set(loaded.image, block()->id());
         show(loaded.image);
     }
@@ -250,11 +251,23 @@ std::vector<MenuEntry> ImageBlockContent::menuEntries() {
     }
     return {{.text = tr("Save image as…"),
              .symbol = QStringLiteral("square.and.arrow.down"),
+             .action =
+                 [item = QPointer(this)] {
+                     if (item) {
+                         item->save();
+                     }
+                 }},
+            {.text = tr("Copy image"),
+             .symbol = QStringLiteral("photo.on.rectangle.angled"),
              .action = [item = QPointer(this)] {
                  if (item) {
-                     item->save();
+                     item->copy();
                  }
              }}};
+}
+
+void ImageBlockContent::copy() {
+    viewModel().copyPicture(*block());
 }
 
 /// The file as it came, not what is shown of it.

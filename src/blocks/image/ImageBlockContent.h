@@ -60,6 +60,7 @@ private:
     [[nodiscard]] int wantedSide() const;
     void choosePicture();
     void save();
+    void copy();
 
     /// Owned as a child.
     PathDrawingItem *m_picture;
@@ -68,6 +69,8 @@ private:
     QImage m_texture;
     /// Of the whole picture; empty as long as nobody has looked.
     QSize m_wholeSize;
+    /// A drawing is decoded as fine as it is shown.
+    bool m_isScalable = false;
     QString m_refusal;
     bool m_isEmpty = false;
     /// Counts the payloads, so that the picture of an earlier one is not shown.

@@ -30,7 +30,10 @@ LoadedPicture loadPicture(const PictureRequest &request) {
     flips.setContent(request.payload);
     decoded.image.mirror(flips.flipHorizontal(), flips.flipVertical());
     decoded.image.setText(kPayloadKey, mark(request.payload));
-    return {.image = std::move(decoded.image), .wholeSize = decoded.size, .refusal = decoded.refusal};
+    return {.image = std::move(decoded.image),
+            .wholeSize = decoded.size,
+            .refusal = decoded.refusal,
+            .isScalable = decoded.isScalable};
 }
 
 bool isLoadedFrom(const QImage &picture, const QByteArray &payload) {

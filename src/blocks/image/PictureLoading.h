@@ -20,6 +20,8 @@ struct LoadedPicture {
     QSize wholeSize;
     /// For people: why it is not shown. Empty without a picture.
     QString refusal;
+    /// A drawing: there is always a finer one than the whole size.
+    bool isScalable = false;
 };
 
 /// The largest that is decoded, in pixels a side; more would leave no room for other pictures in memory.

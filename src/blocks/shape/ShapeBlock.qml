@@ -10,7 +10,7 @@ ShapeBlockContent {
     Text {
         id: label
 
-        visible: content.isLabelShown && content.isLegible && text
+        visible: content.isDisplayShown && content.isLegible && text
         x: content.frame.x + 10
         y: content.frame.y + (content.frame.height - height) / 2
         width: content.room
@@ -23,7 +23,7 @@ ShapeBlockContent {
     }
 
     GreekedText {
-        visible: content.isLabelShown && !content.isLegible
+        visible: content.isDisplayShown && !content.isLegible
         x: content.frame.x + (content.frame.width - width) / 2
         y: label.y
         width: label.lineCount > 1 ? content.room : Math.min(content.room, label.contentWidth)

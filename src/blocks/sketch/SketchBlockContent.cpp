@@ -2,9 +2,34 @@
 
 #include "canvas/drawing/PathDrawingItem.h"
 #include "canvas/drawing/SketchRenderer.h"
+#include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
 
 namespace tallowby {
+
+namespace {
+
+constexpr double kLongestSide = 10'000;
+
+/// No stroke has been drawn yet.
+bool isBlank(const Block &block) {
+    const QByteArray payload = block.content().trimmed();
+    const auto strokes = block.contentField(QStringLiteral("strokes"));
+    const auto *list = strokes ? std::get_if<AnyCodable::Array>(&strokes->value()) : nullptr;
+    return payload.isEmpty() || payload == "{}" || (list && list->empty());
+}
+
+/// Where a sketch is of which nothing can be read: else nobody could find it, or take it away.
+PathLayer unreadable(QSizeF size) {
+    QPen dashes(Theme::shared().inkSoft(), 1.5, Qt::DashLine);
+    dashes.setDashPattern({4, 4});
+    QPainterPath frame;
+    frame.addRoundedRect(QRectF({0, 0}, size.boundedTo({kLongestSide, kLongestSide})).adjusted(1, 1, -1, -1),
+                         Theme::cardRadius(), Theme::cardRadius());
+    return {.path = frame, .pen = dashes};
+}
+
+} // namespace
 
 SketchBlockContent::SketchBlockContent(QQuickItem *parent)
     : BlockBody(parent)
@@ -18,6 +43,9 @@ PathDrawing SketchBlockContent::drawing(const Block &block) {
             layers.push_back(
                 SketchRenderer::stroke(stroke.points, SketchRenderer::shownColor(stroke.color), stroke.width, origin));
         }
+    }
+    if (layers.empty() && !isBlank(block)) {
+        layers.push_back(unreadable({block.width(), block.height()}));
     }
     return PathDrawing(std::move(layers));
 }

@@ -12,10 +12,11 @@ StickyNoteBlockContent {
         strength: 0.16
     }
 
-    Rectangle {
+    CardGround {
         id: paper
 
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? 3 : 0
         color: content.paper
@@ -23,7 +24,7 @@ StickyNoteBlockContent {
 
     // Also the placeholder of an editor that holds nothing yet.
     Text {
-        visible: content.isDisplayShown && content.isLegible
+        visible: content.isDisplayShown && content.isLegible && !content.showsLinks
         x: 14
         y: 14
         width: content.width - 2 * x

@@ -2,6 +2,7 @@
 
 #include "blocks/text/FieldEditor.h"
 #include "blocks/text/TextMeasure.h"
+#include "blocks/text/TextStyle.h"
 #include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
 
@@ -24,9 +25,11 @@ constexpr double kTallest = 20'000;
 
 void StickyNoteBlockContent::componentComplete() {
     followContent();
-    EditedBody::componentComplete();
+    LinkedBody::componentComplete();
     connect(block(), &Block::contentChanged, this, &StickyNoteBlockContent::followContent);
     connect(block(), &Block::stickyColorChanged, this, &StickyNoteBlockContent::followContent);
+    connect(this, &StickyNoteBlockContent::displayTextChanged, this, &StickyNoteBlockContent::refreshLinks);
+    connect(this, &StickyNoteBlockContent::displayFontChanged, this, &StickyNoteBlockContent::refreshLinks);
     connect(block(), &Block::rawTextChanged, this, [this] {
         Q_EMIT displayTextChanged();
         fit();
@@ -36,9 +39,7 @@ void StickyNoteBlockContent::componentComplete() {
         Q_EMIT displayFontChanged();
         refreshEditor();
     };
-    connect(block(), &Block::isBoldChanged, this, refit);
-    connect(block(), &Block::isItalicChanged, this, refit);
-    connect(block(), &Block::isStrikethroughChanged, this, refit);
+    followTextStyle(*block(), this, refit);
     connect(&Theme::shared(), &Theme::changed, this, &StickyNoteBlockContent::paperChanged);
     fit();
 }
@@ -69,12 +70,7 @@ QString StickyNoteBlockContent::displayText() const {
 }
 
 QFont StickyNoteBlockContent::fontOf(int letters) const {
-    QFont font(Theme::shared().noteFamily());
-    font.setPixelSize(letters);
-    font.setBold(block()->isBold());
-    font.setItalic(block()->isItalic());
-    font.setStrikeOut(block()->isStrikethrough());
-    return font;
+    return styledFont(*block(), Theme::shared().noteFamilies(), letters);
 }
 
 QFont StickyNoteBlockContent::displayFont() const {
@@ -102,10 +98,19 @@ void StickyNoteBlockContent::fit() {
 }
 
 void StickyNoteBlockContent::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
-    EditedBody::geometryChange(newGeometry, oldGeometry);
+    LinkedBody::geometryChange(newGeometry, oldGeometry);
     if (isComponentComplete()) {
         fit();
     }
+}
+
+LinkedBody::Display StickyNoteBlockContent::display() const {
+    return {.text = displayText(),
+            .font = displayFont(),
+            .color = Theme::shared().noteInk(),
+            .linkColor = Theme::shared().noteLink(),
+            .position = {kMargin, kMargin},
+            .width = std::max(1.0, width() - 2 * kMargin)};
 }
 
 void StickyNoteBlockContent::dressEditor(AutoExpandingTextEditor &editor) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blocks/text/EditedBody.h"
+#include "blocks/link/LinkedBody.h"
 
 #include <QColor>
 #include <QFont>
@@ -9,7 +9,7 @@ namespace tallowby {
 
 /// The body of a sticky note: coloured paper and a text that is never cut. The letters get smaller down to a floor as
 /// the text gets longer, and from there on the note grows.
-class StickyNoteBlockContent : public tallowby::EditedBody {
+class StickyNoteBlockContent : public tallowby::LinkedBody {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QColor paper READ paper NOTIFY paperChanged)
@@ -26,7 +26,7 @@ public:
     /// From the edge of the paper to the text.
     static constexpr double kMargin = 14;
 
-    using EditedBody::EditedBody;
+    using LinkedBody::LinkedBody;
 
     [[nodiscard]] QString paperName() const { return m_paperName; }
     [[nodiscard]] QColor paper() const;
@@ -42,6 +42,7 @@ Q_SIGNALS:
 protected:
     void componentComplete() override;
     [[nodiscard]] double textSize() const override { return m_letters; }
+    [[nodiscard]] Display display() const override;
     void dressEditor(AutoExpandingTextEditor &editor) override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
 

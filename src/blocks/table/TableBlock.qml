@@ -9,28 +9,13 @@ TableBlockContent {
     id: content
 
     // Opaque and without smoothed edges, unless it is turned, as every card.
-    Rectangle {
+    CardGround {
         anchors.fill: parent
+        isScaled: content.isScaled
         antialiasing: content.block.rotation !== 0
         radius: content.isLegible ? Theme.radiusControl : 0
         color: Theme.surface
         border { width: 1; color: Theme.surfaceEdge }
-    }
-
-    Repeater {
-        model: content.isLegible ? content.lines : null
-        delegate: Rectangle {
-            required property real lineX
-            required property real lineY
-            required property real lineWidth
-            required property real lineHeight
-
-            x: lineX
-            y: lineY
-            width: lineWidth
-            height: lineHeight
-            color: Theme.surfaceEdge
-        }
     }
 
     Repeater {
@@ -80,6 +65,6 @@ TableBlockContent {
 
     Repeater {
         model: content.isEditing ? 1 : 0
-        delegate: TableHandles { table: content }
+        delegate: TableHandles { table: content; z: 2 }
     }
 }

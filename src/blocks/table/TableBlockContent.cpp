@@ -2,9 +2,11 @@
 
 #include "blocks/text/FieldEditor.h"
 #include "blocks/text/TextMeasure.h"
+#include "canvas/drawing/PathDrawingItem.h"
 #include "platform/theme/Theme.h"
 
 #include <QFontMetricsF>
+#include <QPointer>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -29,23 +31,17 @@ bool isNumber(const QString &text) {
 } // namespace
 
 TableBlockContent::TableBlockContent(QQuickItem *parent)
-    : EditedBody(parent)
+    : FieldsBody(parent)
     , m_cells({"words", "cellX", "cellY", "cellWidth", "cellHeight", "isHeader", "isRightAligned", "isEdited"})
-    , m_lines({"lineX", "lineY", "lineWidth", "lineHeight"}) {}
+    , m_lines(new PathDrawingItem(PathDrawingItem::Keeping::picture, this)) {
+    // Above the ground, which is made later.
+    m_lines->setZ(1);
+}
 
 void TableBlockContent::componentComplete() {
-    reload();
-    EditedBody::componentComplete();
-    layOut();
-    connect(block(), &Block::contentChanged, this, [this] {
-        if (!m_isWriting) {
-            reload();
-            layOut();
-            if (editor()) {
-                editor()->setText(editedText());
-            }
-        }
-    });
+    FieldsBody::componentComplete();
+    connect(&Theme::shared(), &Theme::changed, this, &TableBlockContent::drawLines);
+    connect(this, &BlockBody::isLegibleChanged, this, &TableBlockContent::drawLines);
 }
 
 void TableBlockContent::reload() {
@@ -54,19 +50,16 @@ void TableBlockContent::reload() {
     m_cell = {std::min(m_cell.row, m_table.rowCount() - 1), std::min(m_cell.column, m_table.columnCount() - 1)};
 }
 
-void TableBlockContent::write() {
-    m_isWriting = true;
-    viewModel().setContentField(*block(), QStringLiteral("cells"), m_table.toPayload());
-    m_isWriting = false;
+void TableBlockContent::writeCells() {
+    write(QStringLiteral("cells"), m_table.toPayload());
     layOut();
 }
 
 void TableBlockContent::writeShape() {
     m_columns.clear();
-    m_isWriting = true;
-    viewModel().setContentField(*block(), QStringLiteral("rows"), m_table.rowCount());
-    viewModel().setContentField(*block(), QStringLiteral("columns"), m_table.columnCount());
-    write();
+    write(QStringLiteral("rows"), m_table.rowCount());
+    write(QStringLiteral("columns"), m_table.columnCount());
+    writeCells();
 }
 
 // Layout.
@@ -192,17 +185,24 @@ void TableBlockContent::showCells() {
         }
     }
     m_cells.assign(std::move(cells));
+    drawLines();
+}
 
+/// As paths: at a small zoom some lines of a rectangle each would fall between the pixels.
+void TableBlockContent::drawLines() {
+    QPainterPath lines;
     const double width = m_shownColumns.back().start + m_shownColumns.back().length;
     const double height = m_shownRows.back().start + m_shownRows.back().length;
-    std::vector<QVariantList> lines;
     for (std::size_t i = 1; i < m_shownRows.size(); ++i) {
-        lines.push_back({1.0, m_shownRows[i].start, width - 2, 1.0});
+        lines.addRect(1, m_shownRows[i].start, width - 2, 1);
     }
     for (std::size_t i = 1; i < m_shownColumns.size(); ++i) {
-        lines.push_back({m_shownColumns[i].start, 1.0, 1.0, height - 2});
+        lines.addRect(m_shownColumns[i].start, 1, 1, height - 2);
     }
-    m_lines.assign(std::move(lines));
+    lines.setFillRule(Qt::WindingFill);
+    m_lines->setDrawing(isLegible()
+                            ? PathDrawing({{.path = lines, .fill = Theme::shared().surfaceEdge(), .pen = Qt::NoPen}})
+                            : PathDrawing());
 }
 
 QString TableBlockContent::extent() const {
@@ -232,32 +232,38 @@ QString TableBlockContent::overview() const {
     return rows.join(u'\n');
 }
 
-void TableBlockContent::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
-    EditedBody::geometryChange(newGeometry, oldGeometry);
-    if (isComponentComplete()) {
-        layOut();
-    }
-}
-
 void TableBlockContent::setZoom(double zoom) {
-    EditedBody::setZoom(zoom);
+    FieldsBody::setZoom(zoom);
+    m_lines->setZoom(zoom);
     if (isEditing()) {
         Q_EMIT chromeScaleChanged();
     }
 }
 
+void TableBlockContent::settleZoom() {
+    m_lines->settleZoom();
+}
+
 // Rows and columns.
 
-void TableBlockContent::addRow() {
-    m_table.insertRow(m_table.rowCount());
+void TableBlockContent::insertRow(int row) {
+    m_table.insertRow(row);
     writeShape();
-    edit({m_table.rowCount() - 1, m_cell.column}, Caret::end);
+    edit({row, m_cell.column}, Caret::end);
+}
+
+void TableBlockContent::insertColumn(int column) {
+    m_table.insertColumn(column);
+    writeShape();
+    edit({m_cell.row, column}, Caret::end);
+}
+
+void TableBlockContent::addRow() {
+    insertRow(m_table.rowCount());
 }
 
 void TableBlockContent::addColumn() {
-    m_table.insertColumn(m_table.columnCount());
-    writeShape();
-    edit({m_cell.row, m_table.columnCount() - 1}, Caret::end);
+    insertColumn(m_table.columnCount());
 }
 
 void TableBlockContent::removeRow() {
@@ -272,6 +278,41 @@ void TableBlockContent::removeColumn() {
     m_cell.column = std::min(m_cell.column, m_table.columnCount() - 1);
     writeShape();
     edit(m_cell, Caret::end);
+}
+
+/// For the cell that was clicked; the menu of the keyboard is for the last one.
+std::vector<MenuEntry> TableBlockContent::menuEntries() {
+    const QPointF clicked = mapFromItem(parentItem()->parentItem(), viewModel().rightClickCursorPos());
+    const Cell cell = cellAt(clicked).value_or(Cell{m_table.rowCount() - 1, m_table.columnCount() - 1});
+    // The block may go while the menu is open, and the table may be another.
+    const auto change = [this, cell](const std::function<void(TableBlockContent &)> &how) {
+        return [item = QPointer(this), cell, how] {
+            if (item && cell.row < item->m_table.rowCount() && cell.column < item->m_table.columnCount()) {
+                item->m_cell = cell;
+                how(*item);
+            }
+        };
+    };
+    std::vector<MenuEntry> entries{
+        {.text = tr("Add row below"),
+         .symbol = QStringLiteral("arrow.down"),
+         .startsGroup = true,
+         .action = change([row = cell.row + 1](TableBlockContent &table) { table.insertRow(row); })},
+        {.text = tr("Add column to the right"),
+         .symbol = QStringLiteral("arrow.right"),
+         .action = change([column = cell.column + 1](TableBlockContent &table) { table.insertColumn(column); })},
+    };
+    if (canRemoveRow()) {
+        entries.push_back({.text = tr("Remove row"),
+                           .symbol = QStringLiteral("minus"),
+                           .action = change([](TableBlockContent &table) { table.removeRow(); })});
+    }
+    if (canRemoveColumn()) {
+        entries.push_back({.text = tr("Remove column"),
+                           .symbol = QStringLiteral("minus"),
+                           .action = change([](TableBlockContent &table) { table.removeColumn(); })});
+    }
+    return entries;
 }
 
 } // namespace tallowby

@@ -2,25 +2,24 @@
 
 #include "blocks/ShownRowsModel.h"
 #include "blocks/table/TableCells.h"
-#include "blocks/text/EditedBody.h"
+#include "blocks/text/FieldsBody.h"
 
 #include <QFont>
 #include <QHash>
 
+#include <optional>
 #include <vector>
 
 namespace tallowby {
 
-class FieldEditor;
+class PathDrawingItem;
 
 /// The body of a table: as large as its cells need, up to a bound; larger tables scroll by rows and columns, below the
 /// header row. One editor goes from cell to cell.
-class TableBlockContent : public tallowby::EditedBody {
+class TableBlockContent : public tallowby::FieldsBody {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QAbstractItemModel *cells READ cells CONSTANT)
-    /// Between the cells.
-    Q_PROPERTY(QAbstractItemModel *lines READ lines CONSTANT)
     Q_PROPERTY(QFont cellFont READ cellFont CONSTANT)
     Q_PROPERTY(QFont headerFont READ headerFont CONSTANT)
     /// The cell that is edited.
@@ -45,7 +44,6 @@ public:
     explicit TableBlockContent(QQuickItem *parent = nullptr);
 
     [[nodiscard]] QAbstractItemModel *cells() { return &m_cells; }
-    [[nodiscard]] QAbstractItemModel *lines() { return &m_lines; }
     [[nodiscard]] QFont cellFont() const;
     [[nodiscard]] QFont headerFont() const;
     [[nodiscard]] QRectF editedRect() const;
@@ -64,6 +62,8 @@ public:
     void setIsEditing(bool isEditing) override;
     void placeCaret(QPointF point) override;
     void setZoom(double zoom) override;
+    void settleZoom() override;
+    [[nodiscard]] std::vector<MenuEntry> menuEntries() override;
 
 Q_SIGNALS:
     void tableChanged();
@@ -71,11 +71,13 @@ Q_SIGNALS:
 
 protected:
     void componentComplete() override;
+    void reload() override;
+    void layOut() override;
+    [[nodiscard]] bool handleKey(const QKeyEvent &event) override;
+    [[nodiscard]] bool isScrolling() const override { return !extent().isEmpty(); }
     void dressEditor(AutoExpandingTextEditor &editor) override;
     [[nodiscard]] QString editedText() const override;
     void takeText(const QString &text) override;
-    void editorOpened(AutoExpandingTextEditor &editor) override;
-    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void mousePressEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
@@ -97,28 +99,27 @@ private:
     };
     enum class Caret { start, end, all };
 
-    [[nodiscard]] FieldEditor *field() const;
     [[nodiscard]] QString shown(int row, int column) const;
     [[nodiscard]] const Column &column(int index) const;
     [[nodiscard]] double rowHeight(int row) const;
     [[nodiscard]] bool canEdit(Cell cell) const;
-    [[nodiscard]] bool handleKey(const QKeyEvent &event);
     [[nodiscard]] bool walkByLine(int step);
     [[nodiscard]] bool walkByCharacter(int step);
     void walk(int step);
     [[nodiscard]] bool paste();
     void edit(Cell cell, Caret caret);
     void scrollTo(int row, int column);
-    void reload();
-    void write();
+    [[nodiscard]] std::optional<Cell> cellAt(QPointF point) const;
+    void insertRow(int row);
+    void insertColumn(int column);
+    void writeCells();
     void writeShape();
     void layOutColumns();
     void layOutRows();
-    void layOut();
     void showCells();
+    void drawLines();
 
     TableCells m_table;
-    bool m_isWriting = false;
     Cell m_cell;
     /// The first row below the header, and the first column, in view.
     int m_firstRow = 1;
@@ -127,7 +128,8 @@ private:
     std::vector<Span> m_shownColumns;
     mutable QHash<int, Column> m_columns;
     ShownRowsModel m_cells;
-    ShownRowsModel m_lines;
+    /// Between the cells; owned as a child.
+    PathDrawingItem *m_lines;
 };
 
 } // namespace tallowby

@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -21,17 +20,12 @@ constexpr int kRowsPerNotch = 3;
 
 } // namespace
 
-FieldEditor *TableBlockContent::field() const {
-    return static_cast<FieldEditor *>(editor());
-}
-
 bool TableBlockContent::canEdit(Cell cell) const {
     return m_table.text(cell.row, cell.column).size() <= kLongestEditedCell;
 }
 
 void TableBlockContent::setIsEditing(bool isEditing) {
-    EditedBody::setIsEditing(isEditing);
-    setAcceptedMouseButtons(isEditing ? Qt::LeftButton : Qt::NoButton);
+    FieldsBody::setIsEditing(isEditing);
     if (isEditing) {
         setCursor(QCursor(Qt::IBeamCursor));
         scrollTo(m_cell.row, m_cell.column);
@@ -39,10 +33,6 @@ void TableBlockContent::setIsEditing(bool isEditing) {
         unsetCursor();
     }
     layOut();
-}
-
-void TableBlockContent::editorOpened(AutoExpandingTextEditor &) {
-    field()->setKeyHandler([this](const QKeyEvent &event) { return handleKey(event); });
 }
 
 QRectF TableBlockContent::editedRect() const {
@@ -75,7 +65,7 @@ void TableBlockContent::takeText(const QString &text) {
     if (canEdit(m_cell) && text != editedText()) {
         m_table.setText(m_cell.row, m_cell.column, text);
         m_columns.remove(m_cell.column);
-        write();
+        writeCells();
     }
 }
 
@@ -83,11 +73,11 @@ void TableBlockContent::edit(Cell cell, Caret caret) {
     if (!editor() || !canEdit(cell)) {
         return;
     }
-    QGuiApplication::inputMethod()->commit();
-    m_cell = cell;
-    scrollTo(cell.row, cell.column);
-    editor()->setText(editedText());
-    editor()->setCaret(caret == Caret::start ? 0 : int(editedText().size()));
+    const auto leave = [this, cell] {
+        m_cell = cell;
+        scrollTo(cell.row, cell.column);
+    };
+    moveEditor(leave, caret == Caret::start ? 0 : -1);
     if (caret == Caret::all) {
         editor()->selectAll();
     }
@@ -173,9 +163,7 @@ bool TableBlockContent::walkByCharacter(int step) {
 
 /// Within a cell of several lines the caret goes from line to line first.
 bool TableBlockContent::walkByLine(int step) {
-    const QRectF caret = inputItem()->property("cursorRectangle").toRectF();
-    const bool isAtEdge = step < 0 ? caret.top() < caret.height() / 2
-                                   : caret.bottom() > field()->usedSize().height() - caret.height() / 2;
+    const bool isAtEdge = isCaretInLastLine(step);
     const int row = m_cell.row + step;
     if (isAtEdge && row >= 0 && row < m_table.rowCount()) {
         edit({row, m_cell.column}, Caret::end);
@@ -195,15 +183,22 @@ bool TableBlockContent::paste() {
     return true;
 }
 
-void TableBlockContent::placeCaret(QPointF point) {
+std::optional<TableBlockContent::Cell> TableBlockContent::cellAt(QPointF point) const {
     const auto holds = [](double place) {
         return [place](const Span &span) { return place >= span.start && place < span.start + span.length; };
     };
     const auto row = std::ranges::find_if(m_shownRows, holds(point.y()));
     const auto span = std::ranges::find_if(m_shownColumns, holds(point.x()));
-    if (row != m_shownRows.end() && span != m_shownColumns.end()) {
-        edit({row->index, span->index}, Caret::end);
-        EditedBody::placeCaret(point);
+    if (row == m_shownRows.end() || span == m_shownColumns.end()) {
+        return std::nullopt;
+    }
+    return Cell{row->index, span->index};
+}
+
+void TableBlockContent::placeCaret(QPointF point) {
+    if (const std::optional<Cell> cell = cellAt(point)) {
+        edit(*cell, Caret::end);
+        FieldsBody::placeCaret(point);
     }
 }
 
@@ -216,10 +211,8 @@ void TableBlockContent::mousePressEvent(QMouseEvent *event) {
 }
 
 void TableBlockContent::wheelEvent(QWheelEvent *event) {
-    const bool isOurs = (isEditing() || block()->isSelected()) && !extent().isEmpty() &&
-                        !event->modifiers().testFlag(Qt::ControlModifier);
-    event->setAccepted(isOurs);
-    if (!isOurs) {
+    event->setAccepted(takesWheel(*event));
+    if (!event->isAccepted()) {
         return;
     }
     const QPoint angle = event->angleDelta();

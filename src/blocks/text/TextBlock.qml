@@ -12,7 +12,7 @@ TextBlockContent {
     Text {
         id: display
 
-        visible: content.isDisplayShown && content.isLegible
+        visible: content.isDisplayShown && content.isLegible && !content.showsLinks
         leftPadding: 4
         topPadding: 2
         width: content.wrapWidth > 0 ? content.wrapWidth : implicitWidth

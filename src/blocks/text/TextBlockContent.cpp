@@ -1,39 +1,38 @@
 #include "blocks/text/TextBlockContent.h"
 
+#include "blocks/text/TextStyle.h"
 #include "platform/theme/Theme.h"
-
-#include <algorithm>
-#include <cmath>
 
 namespace tallowby {
 
 namespace {
 
-/// A record from elsewhere may claim any size.
-constexpr double kSmallestFont = 1;
-constexpr double kLargestFont = 400;
 constexpr QChar kEllipsis = u'\u2026';
 
 } // namespace
 
 void TextBlockContent::componentComplete() {
-    BlockBody::componentComplete();
+    LinkedBody::componentComplete();
     connect(block(), &Block::rawTextChanged, this, &TextBlockContent::displayTextChanged);
-    connect(block(), &Block::fontSizeChanged, this, &TextBlockContent::displayFontChanged);
-    connect(block(), &Block::fontSizeChanged, this, &TextBlockContent::updateIsLegible);
-    connect(block(), &Block::isBoldChanged, this, &TextBlockContent::displayFontChanged);
-    connect(block(), &Block::isItalicChanged, this, &TextBlockContent::displayFontChanged);
-    connect(block(), &Block::isStrikethroughChanged, this, &TextBlockContent::displayFontChanged);
+    followTextStyle(*block(), this, [this] {
+        Q_EMIT displayFontChanged();
+        updateIsLegible();
+    });
     connect(block(), &Block::textColorChanged, this, &TextBlockContent::textColorChanged);
     connect(&Theme::shared(), &Theme::changed, this, &TextBlockContent::textColorChanged);
+    for (const auto signal : {&TextBlockContent::displayTextChanged, &TextBlockContent::displayFontChanged,
+                              &TextBlockContent::textColorChanged}) {
+        connect(this, signal, this, &TextBlockContent::refreshLinks);
+    }
 }
 
 void TextBlockContent::setIsEditing(bool isEditing) {
-    EditedBody::setIsEditing(isEditing);
+    LinkedBody::setIsEditing(isEditing);
     measure();
 }
 
 void TextBlockContent::editorOpened(AutoExpandingTextEditor &editor) {
+    LinkedBody::editorOpened(editor);
     connect(this, &TextBlockContent::displayFontChanged, &editor, [this] { refreshEditor(); });
     connect(this, &TextBlockContent::textColorChanged, &editor, [this] { refreshEditor(); });
     connect(&editor, &AutoExpandingTextEditor::usedSizeChanged, this, &TextBlockContent::measure);
@@ -43,6 +42,16 @@ void TextBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
     editor.setSize(size());
     editor.setFont(displayFont());
     editor.setTextColor(textColor());
+}
+
+LinkedBody::Display TextBlockContent::display() const {
+    return {.text = displayText(),
+            .font = displayFont(),
+            .color = textColor(),
+            .linkColor = Theme::shared().accent(),
+            .position = {AutoExpandingTextEditor::kHorizontalInset, AutoExpandingTextEditor::kVerticalInset},
+            .width = wrapWidth(),
+            .breaksWords = true};
 }
 
 void TextBlockContent::setDisplaySize(QSizeF size) {
@@ -79,18 +88,14 @@ qreal TextBlockContent::wrapWidth() const {
 }
 
 QFont TextBlockContent::styledDisplayFont(double size, bool isBold, bool isItalic) {
-    const double bounded = std::isfinite(size) ? std::clamp(size, kSmallestFont, kLargestFont) : kSmallestFont;
-    QFont font(Theme::shared().handFamily());
-    font.setPixelSize(int(std::lround(bounded)));
+    QFont font = boundedFont({Theme::shared().handFamily()}, size);
     font.setBold(isBold);
     font.setItalic(isItalic);
     return font;
 }
 
 QFont TextBlockContent::displayFont() const {
-    QFont font = styledDisplayFont(block()->fontSize(), block()->isBold(), block()->isItalic());
-    font.setStrikeOut(block()->isStrikethrough());
-    return font;
+    return styledFont(*block(), {Theme::shared().handFamily()}, block()->fontSize());
 }
 
 double TextBlockContent::textSize() const {

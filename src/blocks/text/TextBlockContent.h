@@ -1,6 +1,6 @@
 #pragma once
 
-#include "blocks/text/EditedBody.h"
+#include "blocks/link/LinkedBody.h"
 
 #include <QColor>
 #include <QFont>
@@ -8,7 +8,7 @@
 namespace tallowby {
 
 /// The body of a text block: the text on the bare canvas, in a hand's face, and its editor while it is edited.
-class TextBlockContent : public tallowby::EditedBody {
+class TextBlockContent : public tallowby::LinkedBody {
     Q_OBJECT
     QML_ELEMENT
     /// The size of the text as it is laid out at rest.
@@ -26,7 +26,7 @@ public:
     /// In characters.
     static constexpr qsizetype kLongestDisplay = 20'000;
 
-    using EditedBody::EditedBody;
+    using LinkedBody::LinkedBody;
 
     [[nodiscard]] QSizeF displaySize() const { return m_displaySize; }
     void setDisplaySize(QSizeF size);
@@ -51,6 +51,7 @@ protected:
     void componentComplete() override;
     [[nodiscard]] double textSize() const override;
     [[nodiscard]] QLatin1StringView editorFile() const override { return QLatin1StringView("TextEditor"); }
+    [[nodiscard]] Display display() const override;
     void dressEditor(AutoExpandingTextEditor &editor) override;
     void editorOpened(AutoExpandingTextEditor &editor) override;
 

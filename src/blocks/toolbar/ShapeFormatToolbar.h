@@ -1,11 +1,11 @@
 #pragma once
 
-#include "blocks/toolbar/ColorFormatToolbar.h"
+#include "blocks/toolbar/SizedTextToolbar.h"
 
 namespace tallowby {
 
-/// Fill, stroke and its weight, of shapes. The colour of the base is that of the stroke.
-class ShapeFormatToolbar : public tallowby::ColorFormatToolbar {
+/// Fill, stroke and its weight, and the size of the label, of shapes. The colour of the base is that of the stroke.
+class ShapeFormatToolbar : public tallowby::SizedTextToolbar {
     Q_OBJECT
     QML_ELEMENT
     /// Of `PencilColor`; white, which leaves the paper nearly as it is, and the colours of strokes.
@@ -20,7 +20,7 @@ public:
     static constexpr double kThinnest = 0.5;
     static constexpr double kThickest = 12;
 
-    using ColorFormatToolbar::ColorFormatToolbar;
+    using SizedTextToolbar::SizedTextToolbar;
 
     [[nodiscard]] static QVariantList fills();
     [[nodiscard]] int fill() const;

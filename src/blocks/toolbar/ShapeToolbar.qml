@@ -30,5 +30,18 @@ ShapeFormatToolbar {
             onStepDown: toolbar.changeStrokeWidth(-0.5)
             onStepUp: toolbar.changeStrokeWidth(0.5)
         }
+
+        ToolbarRule {}
+
+        ToolbarLabel { text: qsTr("Label") }
+        ToolbarStepper {
+            figure: toolbar.fontSize
+            canStepDown: toolbar.canShrink
+            canStepUp: toolbar.canGrow
+            downText: qsTr("Smaller")
+            upText: qsTr("Larger")
+            onStepDown: toolbar.shrink()
+            onStepUp: toolbar.grow()
+        }
     }
 }

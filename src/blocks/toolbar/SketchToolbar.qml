@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Tallowby.Blocks
 
@@ -16,18 +14,6 @@ SketchFormatToolbar {
 
         ToolbarRule {}
 
-        Repeater {
-            model: toolbar.widths
-
-            ToolbarButton {
-                required property real modelData
-                required property int index
-
-                lineWidth: modelData
-                text: qsTr("%1 points wide").arg(modelData)
-                isOn: toolbar.strokeWidth === index
-                onClicked: toolbar.chooseWidth(index)
-            }
-        }
+        ToolbarWidths { widths: toolbar.widths; current: toolbar.strokeWidth; what: qsTr("%1 points wide"); onChosen: (place) => toolbar.chooseWidth(place) }
     }
 }

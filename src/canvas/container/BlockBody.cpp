@@ -3,7 +3,19 @@
 #include "canvas/view/InfiniteCanvasView.h"
 #include "platform/theme/Theme.h"
 
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <cmath>
+
 namespace tallowby {
+
+namespace {
+
+constexpr double kCoarsestDetail = 0.25;
+constexpr double kFinestDetail = 16;
+
+} // namespace
 
 void BlockBody::attach(Block &block, InfiniteCanvasView &canvas, const BlockKind &kind) {
     m_block = &block;
@@ -13,8 +25,29 @@ void BlockBody::attach(Block &block, InfiniteCanvasView &canvas, const BlockKind
 }
 
 void BlockBody::setZoom(double zoom) {
+    const bool wasScaled = isScaled();
     m_zoom = zoom;
     updateIsLegible();
+    updateDetail();
+    if (wasScaled != isScaled()) {
+        Q_EMIT isScaledChanged();
+    }
+}
+
+void BlockBody::updateDetail() {
+    const double pixelsPerPoint = m_zoom * (window() ? window()->effectiveDevicePixelRatio() : 1.0);
+    const double detail = std::clamp(std::exp2(std::ceil(std::log2(pixelsPerPoint))), kCoarsestDetail, kFinestDetail);
+    if (m_detail != detail) {
+        m_detail = detail;
+        Q_EMIT detailChanged();
+    }
+}
+
+void BlockBody::itemChange(ItemChange change, const ItemChangeData &data) {
+    QQuickItem::itemChange(change, data);
+    if (change == ItemDevicePixelRatioHasChanged) {
+        updateDetail();
+    }
 }
 
 double BlockBody::textSize() const {

@@ -7,6 +7,8 @@
 
 #include <QQuickItem>
 
+#include <optional>
+
 namespace tallowby {
 
 class InfiniteCanvasView;
@@ -21,6 +23,11 @@ class BlockBody : public QQuickItem {
     Q_PROPERTY(QString kindSymbol READ kindSymbol CONSTANT)
     /// Whether the body's text can be read at the zoom in use; one that cannot is drawn as lines.
     Q_PROPERTY(bool isLegible READ isLegible NOTIFY isLegibleChanged)
+    /// Pixels of the screen per canvas point, up to the next power of two: as fine as pictures in the body have to be.
+    /// It changes by steps, so that a zoom does not make each of them anew with every frame.
+    Q_PROPERTY(qreal detail READ detail NOTIFY detailChanged)
+    /// Whether a canvas point is another length than a point of the screen.
+    Q_PROPERTY(bool isScaled READ isScaled NOTIFY isScaledChanged)
     Q_PROPERTY(bool isEditing READ isEditing NOTIFY isEditingChanged)
     /// The size that the body takes by itself, to which the container settles the block; a body that takes the size
     /// that it is given leaves it alone.
@@ -41,6 +48,8 @@ public:
     /// Screen points per canvas point.
     [[nodiscard]] double zoom() const { return m_zoom; }
     virtual void setZoom(double zoom);
+    [[nodiscard]] double detail() const { return m_detail; }
+    [[nodiscard]] bool isScaled() const { return m_zoom != 1; }
     /// The zoom has stood still for a moment: what is drawn for one zoom only may be made anew.
     virtual void settleZoom() {}
     [[nodiscard]] bool isEditing() const { return m_isEditing; }
@@ -56,7 +65,11 @@ public:
     [[nodiscard]] virtual QQuickItem *inputItem() const { return nullptr; }
     /// A click on a body that is not edited, in its coordinates. True when it did something there; otherwise the click
     /// selects or opens the block.
-    [[nodiscard]] virtual bool click(QPointF) { return false; }
+    [[nodiscard]] virtual bool click(QPointF, Qt::KeyboardModifiers) { return false; }
+    /// What the pointer looks like over a body that is not edited; none for what the tool shows.
+    [[nodiscard]] virtual std::optional<Qt::CursorShape> cursorAt(QPointF, Qt::KeyboardModifiers) const {
+        return std::nullopt;
+    }
     /// Puts the caret where the point is, in the body's coordinates.
     virtual void placeCaret(QPointF) {}
     /// What a screen reader says after the name of the kind.
@@ -70,6 +83,8 @@ public:
 
 Q_SIGNALS:
     void isLegibleChanged();
+    void detailChanged();
+    void isScaledChanged();
     void isEditingChanged();
     void measuredSizeChanged();
 
@@ -79,16 +94,20 @@ protected:
     /// Of the text that a person comes to read, in canvas points.
     [[nodiscard]] virtual double textSize() const;
     void updateIsLegible();
+    void itemChange(ItemChange change, const ItemChangeData &data) override;
     /// The measured size of a body that would cut what it shows, or leave a gap: asked for again whenever the block has
     /// been given another size.
     void insistOnSize(QSizeF size);
 
 private:
+    void updateDetail();
+
     Block *m_block = nullptr;
     InfiniteCanvasView *m_canvas = nullptr;
     CanvasViewModel *m_viewModel = nullptr;
     const BlockKind *m_kind = nullptr;
     double m_zoom = 1;
+    double m_detail = 1;
     bool m_isLegible = true;
     bool m_isEditing = false;
     QSizeF m_measuredSize;

@@ -38,4 +38,15 @@ void PathDrawing::paint(QPainter &painter) const {
     }
 }
 
+PathDrawing PathDrawing::apart() const {
+    PathDrawing copy = *this;
+    for (PathLayer &layer : copy.m_layers) {
+        // Only a change parts a path from its copies; asking for the bounds, or painting, does not.
+        const Qt::FillRule rule = layer.path.fillRule();
+        layer.path.setFillRule(rule == Qt::WindingFill ? Qt::OddEvenFill : Qt::WindingFill);
+        layer.path.setFillRule(rule);
+    }
+    return copy;
+}
+
 } // namespace tallowby

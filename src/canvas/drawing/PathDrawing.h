@@ -18,8 +18,8 @@ struct PathLayer {
     QPen pen = Qt::NoPen;
 };
 
-/// Vector paths over each other, the first one lowest, in points. A value: cheap to copy, never changed, so that a
-/// thread of its own can make a picture of it.
+/// Vector paths over each other, the first one lowest, in points. A value: cheap to copy, never changed. A copy is for
+/// the thread that it was made on; another thread gets one made by `apart`.
 class PathDrawing {
 public:
     PathDrawing() = default;
@@ -31,6 +31,9 @@ public:
     [[nodiscard]] const QRectF &bounds() const { return m_bounds; }
     /// Under the painter's transform, with smooth edges.
     void paint(QPainter &painter) const;
+    /// The same drawing for a thread of its own. A path keeps what painting it has worked out, without a lock, in data
+    /// that all its plain copies share. The points remain shared; call it on the thread that paints this one.
+    [[nodiscard]] PathDrawing apart() const;
 
 private:
     std::vector<PathLayer> m_layers;

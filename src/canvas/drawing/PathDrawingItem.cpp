@@ -91,7 +91,7 @@ void PathDrawingItem::requestPicture() {
     }
     m_isPictureBeingMade = true;
     const bool mayBeCoarse = sceneGraphHasShaders();
-    const auto make = [drawing = m_drawing, place = place(), mayBeCoarse, number = m_drawingNumber,
+    const auto make = [drawing = m_drawing.apart(), place = place(), mayBeCoarse, number = m_drawingNumber,
                        item = QPointer(this)] {
         auto picture = mayBeCoarse ? PathPicture::makeBounded(drawing, place) : PathPicture::make(drawing, place);
         // Only the main thread may ask whether the item is still there.

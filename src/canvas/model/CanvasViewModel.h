@@ -182,6 +182,8 @@ public:
     /// Blocks, their texts, and the picture when it is one picture. Nothing when nothing is selected.
     void copySelected();
     void cutSelected();
+    /// The whole picture of an image block, and nothing of the block. Nothing for one that cannot be shown.
+    void copyPicture(const Block &block);
 
     // Changes. Each is stamped, marked for upload and saved.
     /// Soft: the block stays in the storage until its deletion has been uploaded. Ends all editing; recorded for undo.

@@ -147,6 +147,12 @@ bool CanvasViewModel::copyToPasteboard() {
     return true;
 }
 
+void CanvasViewModel::copyPicture(const Block &block) {
+    if (const QImage picture = block.uiImage(); !picture.isNull()) {
+        m_pasteboard.write({.text = {}, .image = picture, .data = {}});
+    }
+}
+
 void CanvasViewModel::processAndInsertImage(const QByteArray &data, QPointF at) {
     if (const auto refusal = insertImage(data, at)) {
         logRefusal(QStringLiteral("A picture was"), *refusal);

@@ -183,7 +183,7 @@ void SelectTool::click(const BlockPtr &block) {
     } else if (m_start.modifiers.testFlag(Qt::ShiftModifier)) {
         model.endEditing();
         model.toggleSelection(block);
-    } else if (context().clickBody(*block, m_start.screen)) {
+    } else if (context().clickBody(*block, m_start)) {
         return;
     } else if (context().isEditable(*block) && (context().opensAtFirstClick(*block) || isOnlySelection(block))) {
         context().edit(block, m_start.screen);
@@ -224,6 +224,9 @@ Qt::CursorShape SelectTool::cursor(const PointerInput &input) const {
     const BlockPtr block = viewModel().blockAt(input.canvas);
     if (!block) {
         return Qt::ArrowCursor;
+    }
+    if (const auto shape = context().bodyCursor(*block, input)) {
+        return *shape;
     }
     const bool opens = context().isEditable(*block) && (context().opensAtFirstClick(*block) || isOnlySelection(block));
     return opens ? Qt::IBeamCursor : Qt::SizeAllCursor;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/tools/PointerInput.h"
 #include "model/Block.h"
 
 #include <QPointF>
@@ -30,7 +31,10 @@ public:
     [[nodiscard]] virtual bool opensAtFirstClick(const Block &block) const = 0;
 
     /// True when the block's body did something with the click itself.
-    [[nodiscard]] virtual bool clickBody(const Block &block, QPointF screenPoint) = 0;
+    [[nodiscard]] virtual bool clickBody(const Block &block, const PointerInput &input) = 0;
+    /// What the block's body makes of the pointer; none for what the tool shows.
+    [[nodiscard]] virtual std::optional<Qt::CursorShape> bodyCursor(const Block &block,
+                                                                    const PointerInput &input) const = 0;
 
     virtual void panBy(QPointF screenDelta) = 0;
     /// Draws the blocks shifted by `dragOffset` canvas points; no blocks ends that.

@@ -7,6 +7,6 @@ FileDialog {
     title: isSaving ? qsTr("Save image as") : qsTr("Choose a picture")
     fileMode: isSaving ? FileDialog.SaveFile : FileDialog.OpenFile
     acceptLabel: isSaving ? qsTr("Save") : qsTr("Open")
-    nameFilters: [qsTr("Pictures") + " (*.png *.jpg *.jpeg *.gif *.webp *.bmp)", qsTr("All files") + " (*)"]
+    nameFilters: [qsTr("Pictures") + " (*.png *.jpg *.jpeg *.gif *.webp *.bmp *.svg)", qsTr("All files") + " (*)"]
     options: FileDialog.DontUseNativeDialog // qmllint disable
 }

@@ -248,12 +248,20 @@ void InfiniteCanvasView::edit(const BlockPtr &block, QPointF screenPoint) {
     }
 }
 
-bool InfiniteCanvasView::clickBody(const Block &block, QPointF screenPoint) {
+bool InfiniteCanvasView::clickBody(const Block &block, const PointerInput &input) {
     const BlockContainerView *container = containerOf(&block);
     if (!container || container->isEditing()) {
         return false;
     }
-    return container->body()->click(container->body()->mapFromItem(this, screenPoint));
+    return container->body()->click(container->body()->mapFromItem(this, input.screen), input.modifiers);
+}
+
+std::optional<Qt::CursorShape> InfiniteCanvasView::bodyCursor(const Block &block, const PointerInput &input) const {
+    const BlockContainerView *container = containerOf(&block);
+    if (!container || container->isEditing()) {
+        return std::nullopt;
+    }
+    return container->body()->cursorAt(container->body()->mapFromItem(this, input.screen), input.modifiers);
 }
 
 void InfiniteCanvasView::canvasClicked() {

@@ -158,7 +158,9 @@ private:
     [[nodiscard]] double dragThreshold() const override;
     [[nodiscard]] bool isEditable(const Block &block) const override;
     [[nodiscard]] bool opensAtFirstClick(const Block &block) const override;
-    [[nodiscard]] bool clickBody(const Block &block, QPointF screenPoint) override;
+    [[nodiscard]] bool clickBody(const Block &block, const PointerInput &input) override;
+    [[nodiscard]] std::optional<Qt::CursorShape> bodyCursor(const Block &block,
+                                                            const PointerInput &input) const override;
     void panBy(QPointF screenDelta) override;
     void showDrag(const std::vector<BlockPtr> &blocks, QPointF dragOffset) override;
     void showMarquee(std::optional<QRectF> marquee) override;
@@ -179,6 +181,7 @@ private:
     void requestContextMenu(QPointF screenPoint);
     void updateCursor();
     void setIsBlankHeld(bool isHeld);
+    void followCommandKey(const QKeyEvent &event, bool isHeld);
     bool zoomBy(const QNativeGestureEvent &gesture);
 
     [[nodiscard]] bool handleKey(const QKeyEvent &event);

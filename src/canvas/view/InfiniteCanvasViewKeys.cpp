@@ -32,14 +32,24 @@ constexpr QSizeF kPointerCaret{1, 20};
 } // namespace
 
 void InfiniteCanvasView::keyPressEvent(QKeyEvent *event) {
+    followCommandKey(*event, true);
     event->setAccepted(handleKey(*event));
 }
 
 void InfiniteCanvasView::keyReleaseEvent(QKeyEvent *event) {
+    followCommandKey(*event, false);
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
         setIsBlankHeld(false);
     }
     event->ignore();
+}
+
+/// A pointer that rests on a link shows at once what a click would do.
+void InfiniteCanvasView::followCommandKey(const QKeyEvent &event, bool isHeld) {
+    if (event.key() == Qt::Key_Control) {
+        m_pointer.modifiers.setFlag(Qt::ControlModifier, isHeld);
+        updateCursor();
+    }
 }
 
 void InfiniteCanvasView::focusOutEvent(QFocusEvent *event) {

@@ -4,9 +4,25 @@
 
 #include <QHash>
 
+#include <array>
+
 namespace tallowby::HotkeyFormatter {
 
 namespace {
+
+struct Modifier {
+    std::uint32_t bit;
+    char16_t glyph;
+    QLatin1StringView cap;
+};
+
+/// In the order in which they are written.
+constexpr auto kModifiers = std::to_array<Modifier>({
+    {carbon::controlKey, u'⌃', QLatin1StringView("Ctrl")},
+    {carbon::optionKey, u'⌥', QLatin1StringView("Alt")},
+    {carbon::shiftKey, u'⇧', QLatin1StringView("Shift")},
+    {carbon::cmdKey, u'⌘', QLatin1StringView("Super")},
+});
 
 const QHash<std::uint32_t, QString> &keyNames() {
     using namespace Qt::StringLiterals;
@@ -36,13 +52,22 @@ QString keyName(std::uint32_t keyCode) {
 
 QString string(std::uint32_t keyCode, std::uint32_t modifiers) {
     QString text;
-    for (const auto &[bit, glyph] : {std::pair(carbon::controlKey, u'⌃'), std::pair(carbon::optionKey, u'⌥'),
-                                     std::pair(carbon::shiftKey, u'⇧'), std::pair(carbon::cmdKey, u'⌘')}) {
-        if (modifiers & bit) {
-            text += QChar(glyph);
+    for (const Modifier &modifier : kModifiers) {
+        if (modifiers & modifier.bit) {
+            text += QChar(modifier.glyph);
         }
     }
     return text + keyName(keyCode);
+}
+
+QStringList keyCaps(std::uint32_t keyCode, std::uint32_t modifiers) {
+    QStringList caps;
+    for (const Modifier &modifier : kModifiers) {
+        if (modifiers & modifier.bit) {
+            caps << modifier.cap;
+        }
+    }
+    return caps << keyName(keyCode);
 }
 
 } // namespace tallowby::HotkeyFormatter

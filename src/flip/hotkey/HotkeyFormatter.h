@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <cstdint>
 
@@ -11,5 +11,8 @@ namespace tallowby::HotkeyFormatter {
 [[nodiscard]] QString keyName(std::uint32_t keyCode);
 /// Glyphs in menu order, ⌃⌥⇧⌘, and the key's name, with nothing between. Bits other than those four are ignored.
 [[nodiscard]] QString string(std::uint32_t keyCode, std::uint32_t modifiers);
+
+/// What stands on the keys that are pressed for it, in the same order: "Ctrl", "Alt", "Shift", "Super", and the key.
+[[nodiscard]] QStringList keyCaps(std::uint32_t keyCode, std::uint32_t modifiers);
 
 } // namespace tallowby::HotkeyFormatter

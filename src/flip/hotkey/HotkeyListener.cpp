@@ -74,11 +74,13 @@ void HotkeyListener::registerCurrentHotkey() {
     HotKeyResult result = m_service.registerHotKey(keyCode, modifiers, m_hotKeyID);
     if (result.status != 0) {
         logLine(QStringLiteral("[HotkeyListener] ❌ Failed to register hotkey (status %1)").arg(result.status));
+        Q_EMIT registrationTried();
         return;
     }
     m_hotKeyRef = std::move(result.registration);
     logLine(QStringLiteral("[HotkeyListener] ✅ Registered Global Hotkey: %1")
                 .arg(HotkeyFormatter::string(keyCode, modifiers)));
+    Q_EMIT registrationTried();
 }
 
 void HotkeyListener::handleHotkeyChanged() {

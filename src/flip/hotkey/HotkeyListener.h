@@ -4,6 +4,8 @@
 #include "platform/Scheduler.h"
 #include "platform/desktop/HotKeyService.h"
 
+#include <QObject>
+
 #include <memory>
 
 namespace tallowby {
@@ -13,22 +15,28 @@ class AppSettings;
 /// Holds the one system-wide key combination and turns each press into `flipToggleRequested`. Follows the settings by
 /// itself while it runs. A combination that another program holds is logged and does not work until the user chooses
 /// another. Main thread only.
-class HotkeyListener {
+class HotkeyListener : public QObject {
+    Q_OBJECT
+
 public:
     HotkeyListener(NotificationCenter &notifications, const AppSettings &settings, HotKeyService &service,
                    Scheduler &scheduler);
     /// Gives the combination back.
-    ~HotkeyListener();
-    HotkeyListener(const HotkeyListener &) = delete;
-    HotkeyListener &operator=(const HotkeyListener &) = delete;
+    ~HotkeyListener() override;
 
     /// Does nothing while it runs. When presses cannot be delivered at all it stays stopped, and may be started again.
     void start();
     void stop();
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
+    /// Whether the combination of the settings is held, so that its presses come here.
+    [[nodiscard]] bool isRegistered() const { return m_hotKeyRef != nullptr; }
 
     /// Drops the registration in force and, while running, registers what the settings say now.
     void registerCurrentHotkey();
+
+Q_SIGNALS:
+    /// A registration was tried anew, with either end.
+    void registrationTried();
 
 private:
     void handleHotkeyChanged();

@@ -49,6 +49,17 @@ HotkeyRecorderView {
                 font.weight: Font.Medium
             }
 
+            Text {
+                anchors { right: parent.right; rightMargin: 12; verticalCenter: parent.verticalCenter }
+                visible: !recorder.isRecording
+                text: recorder.combinationInWords
+                color: Theme.inkSoft
+                textFormat: Text.PlainText
+                font { family: Theme.uiFamily; pixelSize: Theme.labelSize }
+            }
+
+            FocusRing { isShown: recorder.activeFocus && !recorder.isRecording; radius: Theme.radiusControl + 4 }
+
             HoverHandler {
                 id: pointer
 

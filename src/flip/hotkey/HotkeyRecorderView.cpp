@@ -9,7 +9,9 @@
 namespace tallowby {
 
 HotkeyRecorderView::HotkeyRecorderView(QQuickItem *parent)
-    : QQuickItem(parent) {}
+    : QQuickItem(parent) {
+    setActiveFocusOnTab(true);
+}
 
 HotkeyRecorderView::~HotkeyRecorderView() {
     stopRecording();
@@ -33,6 +35,12 @@ void HotkeyRecorderView::setSettings(AppSettings *settings) {
 
 QString HotkeyRecorderView::combination() const {
     return m_settings ? HotkeyFormatter::string(m_settings->hotkeyKeyCode(), m_settings->hotkeyModifiers()) : QString();
+}
+
+QString HotkeyRecorderView::combinationInWords() const {
+    return m_settings ? HotkeyFormatter::keyCaps(m_settings->hotkeyKeyCode(), m_settings->hotkeyModifiers())
+                            .join(QStringLiteral(" + "))
+                      : QString();
 }
 
 void HotkeyRecorderView::toggleRecording() {
@@ -66,15 +74,28 @@ void HotkeyRecorderView::stopRecording() {
     Q_EMIT isRecordingChanged();
 }
 
+void HotkeyRecorderView::keyPressEvent(QKeyEvent *event) {
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        startRecording();
+    } else {
+        QQuickItem::keyPressEvent(event);
+    }
+}
+
 bool HotkeyRecorderView::eventFilter(QObject *watched, QEvent *event) {
     switch (event->type()) {
     case QEvent::KeyPress:
         record(*static_cast<QKeyEvent *>(event));
         return true;
-    case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
+        event->accept(); // Else the press would go to the shortcut and never come.
+        return true;
+    case QEvent::KeyRelease:
     case QEvent::Shortcut:
         return true;
+    case QEvent::Hide:
+        stopRecording();
+        return false;
     default:
         return QQuickItem::eventFilter(watched, event);
     }

@@ -16,6 +16,8 @@ class HotkeyRecorderView : public QQuickItem {
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY isRecordingChanged)
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
     Q_PROPERTY(QString combination READ combination NOTIFY combinationChanged)
+    /// As it stands on the keys.
+    Q_PROPERTY(QString combinationInWords READ combinationInWords NOTIFY combinationChanged)
 
 public:
     explicit HotkeyRecorderView(QQuickItem *parent = nullptr);
@@ -28,6 +30,7 @@ public:
     [[nodiscard]] QString errorMessage() const { return m_errorMessage; }
     /// The stored combination as glyphs and key name.
     [[nodiscard]] QString combination() const;
+    [[nodiscard]] QString combinationInWords() const;
 
     /// Starts recording, or stops it without a change.
     Q_INVOKABLE void toggleRecording();
@@ -41,6 +44,7 @@ Q_SIGNALS:
     void combinationChanged();
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void itemChange(ItemChange change, const ItemChangeData &data) override;
 

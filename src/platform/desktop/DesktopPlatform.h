@@ -12,6 +12,7 @@ class LoginItem;
 class MotionPreference;
 class Presentation;
 class Scheduler;
+class StatusArea;
 class Workspace;
 
 /// Everything that the desktop gives, for one run of the program. Made once, after the QGuiApplication and on its
@@ -27,6 +28,7 @@ public:
     [[nodiscard]] virtual LoginItem &loginItem() = 0;
     [[nodiscard]] virtual MotionPreference &motionPreference() = 0;
     [[nodiscard]] virtual Presentation &presentation() = 0;
+    [[nodiscard]] virtual StatusArea &statusArea() = 0;
     [[nodiscard]] virtual Workspace &workspace() = 0;
 };
 

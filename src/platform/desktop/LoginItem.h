@@ -20,6 +20,9 @@ public:
     [[nodiscard]] virtual LoginItemStatus status() const = 0;
     /// Registers the program. Returns an empty text, or what went wrong.
     [[nodiscard]] virtual QString registerItem() = 0;
+    /// The user's own choice, made in the program: switches it off so that it stays off, or on again, whoever had
+    /// switched it off. Returns an empty text, or what went wrong.
+    [[nodiscard]] virtual QString setEnabledByUser(bool isEnabled) = 0;
     /// Opens the desktop's own settings for programs that start at login.
     virtual void openSystemSettings() = 0;
 };

@@ -1,6 +1,7 @@
 #include "platform/desktop/DesktopPlatform.h"
 
 #include "platform/linux/DesktopMotionPreference.h"
+#include "platform/linux/TrayWatch.h"
 #include "platform/linux/XdgLoginItem.h"
 #include "platform/linux/x11/X11DesktopCapture.h"
 #include "platform/linux/x11/X11Displays.h"
@@ -25,7 +26,8 @@ public:
         , m_presentation(m_x11)
         , m_capture(m_x11)
         , m_trust(m_x11)
-        , m_motionPreference(m_x11) {}
+        , m_motionPreference(m_x11)
+        , m_trayWatch(m_x11) {}
 
     [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return m_trust; }
     [[nodiscard]] DesktopCapture &desktopCapture() override { return m_capture; }
@@ -34,6 +36,7 @@ public:
     [[nodiscard]] LoginItem &loginItem() override { return m_loginItem; }
     [[nodiscard]] MotionPreference &motionPreference() override { return m_motionPreference; }
     [[nodiscard]] Presentation &presentation() override { return m_presentation; }
+    [[nodiscard]] StatusArea &statusArea() override { return m_trayWatch; }
     [[nodiscard]] Workspace &workspace() override { return m_workspace; }
 
 private:
@@ -47,6 +50,7 @@ private:
     X11Trust m_trust;
     XdgLoginItem m_loginItem;
     DesktopMotionPreference m_motionPreference;
+    TrayWatch m_trayWatch;
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "platform/linux/XdgLoginItem.h"
 
 #include "platform/linux/DesktopEntry.h"
+#include "platform/linux/SettingsPrograms.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,13 +18,6 @@ namespace tallowby {
 namespace {
 
 constexpr QLatin1StringView kEntryName{"org.tallowby.Tallowby.desktop"};
-
-struct SettingsProgram {
-    /// As in XDG_CURRENT_DESKTOP.
-    QLatin1StringView desktop;
-    QLatin1StringView program;
-    QLatin1StringView page;
-};
 
 constexpr auto kSettingsPrograms = std::to_array<SettingsProgram>({
     {QLatin1StringView("KDE"), QLatin1StringView("systemsettings"), QLatin1StringView("kcm_autostart")},
@@ -62,47 +56,62 @@ LoginItemStatus XdgLoginItem::status() const {
 }
 
 QString XdgLoginItem::registerItem() {
+    if (const QString reason = whyNot(); !reason.isEmpty()) {
+        return reason;
+    }
+    if (status() == LoginItemStatus::requiresApproval) {
+        return QStringLiteral("the user has switched %1 off").arg(entryFile());
+    }
+    return write(true);
+}
+
+QString XdgLoginItem::setEnabledByUser(bool isEnabled) {
+    if (const QString reason = whyNot(); !reason.isEmpty()) {
+        return reason;
+    }
+    return write(isEnabled);
+}
+
+void XdgLoginItem::openSystemSettings() {
+    if (openSettingsProgram(kSettingsPrograms)) {
+        return;
+    }
+    // A desktop without such settings: the folder with the entry in it.
+    QProcess::startDetached(QStringLiteral("xdg-open"), {m_autostartFolder});
+}
+
+QString XdgLoginItem::whyNot() const {
     if (!isProgramThere()) {
         return QStringLiteral("there is no program %1").arg(m_programFile);
     }
     if (isInBuildTree()) {
         return QStringLiteral("%1 is a development build, which is not started at login").arg(m_programFile);
     }
-    if (status() == LoginItemStatus::requiresApproval) {
-        return QStringLiteral("the user has switched %1 off").arg(entryFile());
-    }
-    const QByteArray entry = "[Desktop Entry]\n"
-                             "Type=Application\n"
-                             "Name=Tallowby\n"
-                             "Icon=org.tallowby.Tallowby\n"
-                             "TryExec=" +
-                             desktopEntryString(m_programFile) +
-                             "\n"
-                             "Exec=" +
-                             desktopEntryCommand(m_programFile) +
-                             "\n"
-                             "Terminal=false\n"
-                             "NoDisplay=true\n"
-                             "X-GNOME-Autostart-enabled=true\n";
+    return {};
+}
+
+QString XdgLoginItem::write(bool isEnabled) const {
+    const QByteArray entry =
+        "[Desktop Entry]\n"
+        "Type=Application\n"
+        "Name=Tallowby\n"
+        "Icon=org.tallowby.Tallowby\n"
+        "TryExec=" +
+        desktopEntryString(m_programFile) +
+        "\n"
+        "Exec=" +
+        desktopEntryCommand(m_programFile) +
+        "\n"
+        "Terminal=false\n"
+        "NoDisplay=true\n" +
+        // Desktops go by the one or the other.
+        (isEnabled ? "X-GNOME-Autostart-enabled=true\n" : "X-GNOME-Autostart-enabled=false\nHidden=true\n");
     QDir().mkpath(m_autostartFolder);
     QSaveFile file(entryFile());
     if (!file.open(QIODevice::WriteOnly) || file.write(entry) != entry.size() || !file.commit()) {
         return QStringLiteral("cannot write %1: %2").arg(entryFile(), file.errorString());
     }
     return {};
-}
-
-void XdgLoginItem::openSystemSettings() {
-    const QStringList desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
-    for (const SettingsProgram &settings : kSettingsPrograms) {
-        const QString program = QStandardPaths::findExecutable(settings.program);
-        if (desktops.contains(settings.desktop) && !program.isEmpty()) {
-            QProcess::startDetached(program, settings.page.isEmpty() ? QStringList() : QStringList{settings.page});
-            return;
-        }
-    }
-    // A desktop without such settings: the folder with the entry in it.
-    QProcess::startDetached(QStringLiteral("xdg-open"), {m_autostartFolder});
 }
 
 QString XdgLoginItem::entryFile() const {

@@ -5,7 +5,7 @@
 namespace tallowby {
 
 /// The program's entry among the desktop's autostart entries (XDG Autostart, freedesktop.org). A user who switches it
-/// off leaves the entry with a mark in it, which is never taken away here.
+/// off leaves the entry with a mark in it, which is taken away only by the user's own choice.
 ///
 /// A program that lies in a build tree is reported as not found: it may be gone, moved or broken at the next login, and
 /// a developer's every start would put it before the installed one.
@@ -17,11 +17,15 @@ public:
 
     [[nodiscard]] LoginItemStatus status() const override;
     [[nodiscard]] QString registerItem() override;
+    [[nodiscard]] QString setEnabledByUser(bool isEnabled) override;
     void openSystemSettings() override;
 
     [[nodiscard]] QString entryFile() const;
 
 private:
+    /// Empty when a login could start the program, else why not.
+    [[nodiscard]] QString whyNot() const;
+    [[nodiscard]] QString write(bool isEnabled) const;
     [[nodiscard]] bool isProgramThere() const;
     [[nodiscard]] bool isInBuildTree() const;
 

@@ -54,10 +54,19 @@ QString firstInstalled(std::initializer_list<QString> families, QFontDatabase::S
     return QFontDatabase::systemFont(fallback).family();
 }
 
-bool desktopIsDark() {
+/// Those that are installed, else the general system font.
+QStringList allInstalled(QStringList families) {
+    families.removeIf([](const QString &family) { return !QFontDatabase::hasFamily(family); });
+    return families.isEmpty() ? QStringList{QFontDatabase::systemFont(QFontDatabase::GeneralFont).family()} : families;
+}
+
+bool isDarkNow(Appearance appearance) {
     const QByteArray override = qgetenv("TALLOWBY_THEME");
     if (override == "dark" || override == "light") {
         return override == "dark";
+    }
+    if (appearance != Appearance::system) {
+        return appearance == Appearance::dark;
     }
     const QPalette desktop = QGuiApplication::palette();
     return desktop.color(QPalette::Window).lightness() < desktop.color(QPalette::WindowText).lightness();
@@ -83,7 +92,7 @@ const SpringCurve &panelSpringCurve() {
 } // namespace
 
 Theme::Theme()
-    : m_isDark(desktopIsDark())
+    : m_isDark(isDarkNow(Appearance::system))
     , m_caretInterval(takeOverCaretBlinking())
     , m_uiFamily(firstInstalled({QStringLiteral("Inter")}, QFontDatabase::GeneralFont))
     , m_codeFamily(
@@ -92,9 +101,9 @@ Theme::Theme()
     , m_handFamily(firstInstalled({QStringLiteral("ChalkboardSE-Regular"), QStringLiteral("Chalkboard SE"),
                                    QStringLiteral("Comic Neue"), QStringLiteral("Klee One")},
                                   QFontDatabase::GeneralFont))
-    , m_noteFamily(firstInstalled({QStringLiteral("MarkerFelt-Thin"), QStringLiteral("Marker Felt"),
-                                   QStringLiteral("Kalam"), QStringLiteral("Comic Neue")},
-                                  QFontDatabase::GeneralFont)) {
+    , m_noteFamilies(
+          allInstalled({QStringLiteral("MarkerFelt-Thin"), QStringLiteral("Marker Felt"), QStringLiteral("Rufscript"),
+                        QStringLiteral("Kalam"), QStringLiteral("Comic Neue")})) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -143,6 +152,11 @@ const Theme::Palette &Theme::palette() const {
                               .orange = QColor(0xFFA45C),
                               .yellow = QColor(0xFFD84D)};
     return m_isDark ? dark : light;
+}
+
+void Theme::setAppearance(Appearance appearance) {
+    m_appearance = appearance;
+    followDesktop();
 }
 
 QColor Theme::surfaceEdge() const {
@@ -218,7 +232,7 @@ bool Theme::eventFilter(QObject *watched, QEvent *event) {
 }
 
 void Theme::followDesktop() {
-    const bool isDark = desktopIsDark();
+    const bool isDark = isDarkNow(m_appearance);
     if (m_isDark != isDark) {
         m_isDark = isDark;
         Q_EMIT changed();

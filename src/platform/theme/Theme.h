@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/theme/Appearance.h"
+
 #include <QColor>
 #include <QEasingCurve>
 #include <QFont>
@@ -11,8 +13,9 @@
 namespace tallowby {
 
 /// Every value of the program's look: colours for light and dark, type scale, space, radii, motion. One for the whole
-/// process, so that all windows change together. Light or dark follows the desktop's palette; `TALLOWBY_THEME` (light
-/// or dark) in the environment overrides it. Sizes are in points, durations in milliseconds.
+/// process, so that all windows change together. Light or dark follows the desktop's palette unless the user has
+/// chosen; `TALLOWBY_THEME` (light or dark) in the environment overrides both. Sizes are in points, durations in
+/// milliseconds.
 class Theme : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -28,6 +31,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor ink READ ink NOTIFY changed)
     Q_PROPERTY(QColor inkSoft READ inkSoft NOTIFY changed)
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
+    /// Text on a ground of the accent.
+    Q_PROPERTY(QColor accentInk READ accentInk NOTIFY changed)
     Q_PROPERTY(QColor danger READ danger NOTIFY changed)
     Q_PROPERTY(QColor success READ success NOTIFY changed)
     /// Washes over a surface under the pointer and while pressed.
@@ -85,6 +90,8 @@ public:
     /// For the QML engine, which may not delete it.
     static Theme *create(QQmlEngine *, QJSEngine *);
 
+    /// What the user chose.
+    void setAppearance(Appearance appearance);
     [[nodiscard]] bool isDark() const { return m_isDark; }
     [[nodiscard]] QColor canvas() const { return palette().canvas; }
     [[nodiscard]] QColor dot() const { return palette().dot; }
@@ -95,6 +102,7 @@ public:
     [[nodiscard]] QColor ink() const { return palette().ink; }
     [[nodiscard]] QColor inkSoft() const { return palette().inkSoft; }
     [[nodiscard]] QColor accent() const { return palette().accent; }
+    [[nodiscard]] QColor accentInk() const { return m_isDark ? palette().canvas : palette().surface; }
     [[nodiscard]] QColor danger() const { return palette().danger; }
     [[nodiscard]] QColor success() const { return palette().success; }
     [[nodiscard]] QColor hoverWash() const;
@@ -115,6 +123,7 @@ public:
     [[nodiscard]] QEasingCurve searchSpring() const;
 
     [[nodiscard]] QColor noteInk() const { return {0x2B, 0x28, 0x1F}; }
+    [[nodiscard]] QColor noteLink() const { return {0x1E, 0x4F, 0xC4}; }
     /// In the order in which they are offered.
     [[nodiscard]] static QStringList notePaperNames();
     /// The first one for a name that there is not.
@@ -135,8 +144,9 @@ public:
     [[nodiscard]] const QString &codeFamily() const { return m_codeFamily; }
     /// The face of text blocks: "ChalkboardSE-Regular" where it is installed, else the nearest hand that is.
     [[nodiscard]] const QString &handFamily() const { return m_handFamily; }
-    /// The face of notes: "MarkerFelt-Thin" where it is installed, else the nearest marker or hand that is.
-    [[nodiscard]] const QString &noteFamily() const { return m_noteFamily; }
+    /// The face of notes: "MarkerFelt-Thin" where it is installed, else the nearest marker that is. Those behind it
+    /// have the letters that it lacks.
+    [[nodiscard]] const QStringList &noteFamilies() const { return m_noteFamilies; }
 
 Q_SIGNALS:
     void changed();
@@ -188,12 +198,13 @@ private:
     static constexpr int kTipDelay = 600;
     static constexpr int kSearchSpringDuration = 750;
 
+    Appearance m_appearance = Appearance::system;
     bool m_isDark = false;
     int m_caretInterval = 0;
     QString m_uiFamily;
     QString m_codeFamily;
     QString m_handFamily;
-    QString m_noteFamily;
+    QStringList m_noteFamilies;
 };
 
 } // namespace tallowby

@@ -38,7 +38,10 @@ public:
     [[nodiscard]] double dragThreshold() const override { return 4; }
     [[nodiscard]] bool isEditable(const Block &block) const override;
     [[nodiscard]] bool opensAtFirstClick(const Block &block) const override;
-    [[nodiscard]] bool clickBody(const Block &, QPointF) override { return false; }
+    [[nodiscard]] bool clickBody(const Block &, const PointerInput &) override { return false; }
+    [[nodiscard]] std::optional<Qt::CursorShape> bodyCursor(const Block &, const PointerInput &) const override {
+        return std::nullopt;
+    }
     void panBy(QPointF screenDelta) override { view.pan(screenDelta); }
     void showDrag(const std::vector<BlockPtr> &blocks, QPointF dragOffset) override;
     void showMarquee(std::optional<QRectF> shown) override { marquee = shown; }

@@ -16,6 +16,16 @@ std::uint32_t stableHash(const QByteArray &bytes) {
     return hash;
 }
 
+/// Monitors put their maker into their model as they like.
+QString monitorName(const QScreen &screen) {
+    const QString model = screen.model().simplified();
+    const QString maker = screen.manufacturer().simplified();
+    if (model.isEmpty()) {
+        return screen.name();
+    }
+    return maker.isEmpty() || model.startsWith(maker, Qt::CaseInsensitive) ? model : QString(maker + u' ' + model);
+}
+
 } // namespace
 
 std::vector<Display> X11Displays::all() const {
@@ -24,10 +34,11 @@ std::vector<Display> X11Displays::all() const {
     for (const QScreen *screen : screens) {
         const QStringList identity{screen->name(), screen->manufacturer(), screen->model(), screen->serialNumber()};
         displays.push_back({.id = stableHash(identity.join(u'\n').toUtf8()),
-                            .name = screen->name(),
+                            .name = monitorName(*screen),
                             .frame = screen->geometry(),
                             .devicePixelRatio = screen->devicePixelRatio(),
-                            .isMain = screen == QGuiApplication::primaryScreen()});
+                            .isMain = screen == QGuiApplication::primaryScreen(),
+                            .connector = screen->name()});
     }
     return displays;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/desktop/AccessibilityTrust.h"
+#include "platform/linux/SettingsPrograms.h"
 #include "platform/linux/x11/XcbConnection.h"
 
 namespace tallowby {
@@ -12,6 +13,9 @@ public:
         : m_x11(x11) {}
 
     [[nodiscard]] bool isProcessTrusted() const override { return m_x11.isValid(); }
+    /// There is nobody to ask: a server is there or is not.
+    [[nodiscard]] bool isProcessTrustedWithPrompt() override { return isProcessTrusted(); }
+    void openSystemSettings() override { openKeyboardSettings(); }
 
 private:
     const XcbConnection &m_x11;

@@ -16,8 +16,9 @@ AbstractButton {
     background: Rectangle {
         radius: Theme.radiusControl
         color: button.down || button.hovered ? Theme.hoverWash : "transparent"
-        border.width: button.visualFocus ? 2 : 1
-        border.color: button.visualFocus ? Theme.accent : Theme.hairline
+        border { width: 1; color: Theme.hairline }
+
+        FocusRing { isShown: button.visualFocus; radius: parent.radius + 4 }
     }
 
     contentItem: Text {

@@ -1,0 +1,115 @@
+#include "flip/hotkey/HotkeyAdvisor.h"
+
+#include "flip/hotkey/HotkeyFormatter.h"
+#include "flip/hotkey/HotkeyListener.h"
+#include "platform/AppSettings.h"
+#include "platform/VirtualKey.h"
+#include "platform/desktop/HotKeyService.h"
+
+#include <algorithm>
+
+namespace tallowby {
+
+namespace {
+
+constexpr std::uint32_t kGraveKey = 50;
+constexpr std::uint32_t kF9Key = 101;
+constexpr std::uint32_t kF10Key = 109;
+constexpr std::uint32_t kF12Key = 111;
+/// Of no registration that lasts.
+constexpr HotKeyID kTrial{0, 0};
+
+QString inWords(std::uint32_t keyCode, std::uint32_t modifiers) {
+    return HotkeyFormatter::keyCaps(keyCode, modifiers).join(QStringLiteral(" + "));
+}
+
+} // namespace
+
+HotkeyAdvisor::HotkeyAdvisor(AppSettings &settings, HotKeyService &service, Scheduler &scheduler)
+    : m_settings(settings)
+    , m_service(service)
+    , m_scheduler(scheduler) {
+    connect(&settings, &AppSettings::hotkeyKeyCodeChanged, this, &HotkeyAdvisor::changed);
+    connect(&settings, &AppSettings::hotkeyModifiersChanged, this, &HotkeyAdvisor::changed);
+}
+
+void HotkeyAdvisor::setListener(HotkeyListener *listener) {
+    m_listener = listener;
+    if (listener) {
+        // Key and modifiers are stored one after the other, and the pair in between is nobody's wish.
+        connect(listener, &HotkeyListener::registrationTried, this,
+                [this] { m_pendingRefresh = m_scheduler.after(Scheduler::Duration::zero(), [this] { refresh(); }); });
+    }
+    refresh();
+}
+
+QStringList HotkeyAdvisor::alternatives() const {
+    QStringList texts;
+    for (const Combination &combination : m_alternatives) {
+        texts << inWords(combination.keyCode, combination.modifiers);
+    }
+    return texts;
+}
+
+QString HotkeyAdvisor::combination() const {
+    return inWords(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers());
+}
+
+void HotkeyAdvisor::choose(int index) {
+    if (index < 0 || std::size_t(index) >= m_alternatives.size()) {
+        return;
+    }
+    const Combination chosen = m_alternatives.at(std::size_t(index));
+    m_settings.setHotkeyKeyCode(chosen.keyCode);
+    m_settings.setHotkeyModifiers(chosen.modifiers);
+}
+
+void HotkeyAdvisor::tryAgain() {
+    if (m_listener && m_listener->isRunning() && !m_listener->isRegistered()) {
+        m_listener->registerCurrentHotkey();
+    }
+}
+
+void HotkeyAdvisor::refresh() {
+    m_problem.clear();
+    m_alternatives.clear();
+    if (m_listener && m_listener->isRunning() && !m_listener->isRegistered()) {
+        for (const Combination &candidate : candidates()) {
+            if (m_alternatives.size() < kOffers && isFree(candidate)) {
+                m_alternatives.push_back(candidate);
+            }
+        }
+        m_problem = m_alternatives.empty()
+                        ? tr("%1 does not work: another program or the desktop itself keeps it. Record another one.")
+                              .arg(combination())
+                        : tr("%1 does not work: another program or the desktop itself keeps it. These are free:")
+                              .arg(combination());
+    }
+    Q_EMIT changed();
+}
+
+std::vector<HotkeyAdvisor::Combination> HotkeyAdvisor::candidates() const {
+    using namespace carbon;
+    const Combination current{m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()};
+    // First what the hand is used to, with one more modifier; then what few programs have a use for.
+    std::vector<Combination> all{
+        {current.keyCode, controlKey | optionKey}, {current.keyCode, optionKey | shiftKey}, {kGraveKey, optionKey}};
+    for (const std::uint32_t key : {current.keyCode, keycode::kSpace, kGraveKey, kF12Key, kF10Key, kF9Key}) {
+        for (const std::uint32_t modifiers :
+             {optionKey, controlKey | optionKey, optionKey | shiftKey, cmdKey | optionKey,
+              controlKey | optionKey | shiftKey, cmdKey | controlKey}) {
+            const Combination combination{key, modifiers};
+            if (std::ranges::find(all, combination) == all.end()) {
+                all.push_back(combination);
+            }
+        }
+    }
+    std::erase(all, current);
+    return all;
+}
+
+bool HotkeyAdvisor::isFree(const Combination &combination) const {
+    return m_service.registerHotKey(combination.keyCode, combination.modifiers, kTrial).status == 0;
+}
+
+} // namespace tallowby
