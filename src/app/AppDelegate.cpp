@@ -8,6 +8,8 @@
 #include "app/shell/MainMenu.h"
 #include "app/shell/StartAtLogin.h"
 #include "app/shell/StatusItem.h"
+#include "app/sync/SyncDotView.h"
+#include "app/sync/SyncStatus.h"
 #include "app/whatsnew/WhatsNewWindowController.h"
 #include "blocks/CanvasFactory.h"
 #include "canvas/model/CanvasViewModel.h"
@@ -20,8 +22,12 @@
 #include "platform/desktop/StatusArea.h"
 #include "platform/theme/Theme.h"
 #include "platform/theme/ThemeImageProvider.h"
+#include "search/SearchOverlayView.h"
 #include "storage/BlockStorage.h"
 #include "storage/DebouncedSaver.h"
+#include "sync/EmbeddingService.h"
+#include "sync/NetworkHttpClient.h"
+#include "sync/SyncEngine.h"
 
 #include <QCoreApplication>
 #include <QQuickItem>
@@ -43,12 +49,15 @@ void retire(std::unique_ptr<Controller> &controller) {
 } // namespace
 
 AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
-    : m_platform(makePlatform(m_scheduler))
+    : m_supabaseConfig(SupabaseConfig::fromEnvironment())
+    , m_platform(makePlatform(m_scheduler))
     , m_settings(m_defaults, m_notifications, m_platform->displays())
     , m_motionPreference(m_settings, m_platform->motionPreference())
     , m_launchAtLoginManager(std::make_unique<LaunchAtLoginManager>(m_platform->loginItem(), m_defaults))
     , m_startAtLogin(std::make_unique<StartAtLogin>(*m_launchAtLoginManager))
-    , m_hotkeyAdvisor(std::make_unique<HotkeyAdvisor>(m_settings, m_platform->hotKeys(), m_scheduler)) {
+    , m_hotkeyAdvisor(std::make_unique<HotkeyAdvisor>(m_settings, m_platform->hotKeys(), m_scheduler))
+    , m_syncStatus(std::make_unique<SyncStatus>(m_scheduler))
+    , m_embeddings(std::make_unique<EmbeddingService>()) {
     m_qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     ThemeImageProvider::install(m_qmlEngine);
     const auto dress = [this] { Theme::shared().setAppearance(m_settings.appearance()); };
@@ -78,6 +87,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     m_canvasReadyObservation = m_notifications.observe(
         events::canvasReady, [this](const Notification &notification) { canvasReady(notification); });
+    m_firstFlipObservation =
+        m_notifications.observe(events::flipComplete, [this](const Notification &) { onFirstFlip(); });
     m_flipCompleteObservation = m_notifications.observe(events::flipComplete, [this](const auto &) {
         if (m_waitingWindow) {
             m_notifications.post(events::canvasCloseRequested);
@@ -85,6 +96,22 @@ void AppDelegate::applicationDidFinishLaunching() {
     });
     m_flipClosedObservation =
         m_notifications.observe(events::flipClosed, [this](const auto &) { openWaitingWindow(); });
+}
+
+/// Not at launch: until the canvas has been seen once, neither blocks nor network are needed.
+void AppDelegate::onFirstFlip() {
+    if (m_syncEngine || !m_storage) {
+        return;
+    }
+    m_httpClient = std::make_unique<NetworkHttpClient>(m_scheduler);
+    m_syncEngine = std::make_unique<SyncEngine>(*m_storage, m_defaults, m_scheduler, *m_httpClient, *m_embeddings,
+                                                m_supabaseConfig);
+    connect(m_syncEngine.get(), &SyncEngine::remoteChangesMerged, m_canvasViewModel.get(),
+            &CanvasViewModel::refreshBlocks);
+    m_syncStatus->setEngine(m_syncEngine.get());
+    m_searchOverlay->viewModel()->setSyncEngine(m_syncEngine.get());
+    m_firstFlipObservation.stop();
+    logLine(u"[AppDelegate] ✅ SyncEngine initialized on first flip");
 }
 
 void AppDelegate::initializeApp() {
@@ -141,7 +168,7 @@ void AppDelegate::openSettings() {
         m_settingsWindowController = std::make_unique<SettingsWindowController>(
             windowServices(),
             SettingsServices{m_settings, m_platform->displays(), m_platform->motionPreference(), *m_hotkeyAdvisor,
-                             *m_startAtLogin, [this] { openOnboarding(); }, [this] { openWhatsNew(); }});
+                             *m_startAtLogin, *m_syncStatus, [this] { openOnboarding(); }, [this] { openWhatsNew(); }});
     }
     m_settingsWindowController->show();
 }
@@ -222,6 +249,9 @@ QQuickItem *AppDelegate::makeCanvas() {
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
     view->setMotionPreference(&m_motionPreference);
+    SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
+    m_searchOverlay =
+        SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});
     const auto nameHotkey = [this, view] {
         view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
     };
@@ -238,6 +268,9 @@ void AppDelegate::applicationWillTerminate() {
     }
     if (m_flipEngine) {
         m_flipEngine->cleanup();
+    }
+    if (m_syncEngine) {
+        m_syncEngine->disconnect();
     }
     logLine(u"[AppDelegate] 👋 Tallowby Ghost App terminating");
 }

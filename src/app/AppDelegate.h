@@ -8,6 +8,7 @@
 #include "platform/UserMotionPreference.h"
 #include "platform/desktop/DesktopPlatform.h"
 #include "platform/desktop/InstanceBus.h"
+#include "sync/SupabaseConfig.h"
 
 #include <QObject>
 #include <QQmlEngine>
@@ -22,16 +23,21 @@ namespace tallowby {
 class BlockStorage;
 class CanvasViewModel;
 class DebouncedSaver;
+class EmbeddingService;
 class FlipEngine;
 class HotkeyAdvisor;
 class HotkeyListener;
+class HttpClient;
 class LaunchAtLoginManager;
 class MainMenu;
 class OnboardingWindowController;
 class PermissionManager;
 class SettingsWindowController;
+class SearchOverlayView;
 class StartAtLogin;
 class StatusItem;
+class SyncEngine;
+class SyncStatus;
 class WhatsNewWindowController;
 struct WindowServices;
 
@@ -76,11 +82,13 @@ private:
     void openWaitingWindow();
     [[nodiscard]] WindowServices windowServices();
     void canvasReady(const Notification &notification);
+    void onFirstFlip();
     [[nodiscard]] QQuickItem *makeCanvas();
 
     QtScheduler m_scheduler;
     NotificationCenter m_notifications;
     UserDefaults m_defaults;
+    const SupabaseConfig m_supabaseConfig;
     std::unique_ptr<DesktopPlatform> m_platform;
     AppSettings m_settings;
     UserMotionPreference m_motionPreference;
@@ -97,9 +105,15 @@ private:
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
     std::unique_ptr<CanvasViewModel> m_canvasViewModel;
+    std::unique_ptr<SyncStatus> m_syncStatus;
+    std::unique_ptr<EmbeddingService> m_embeddings;
+    /// The canvas owns it.
+    SearchOverlayView *m_searchOverlay = nullptr;
 
     std::unique_ptr<HotkeyListener> m_hotkeyListener;
     std::unique_ptr<FlipEngine> m_flipEngine;
+    std::unique_ptr<HttpClient> m_httpClient;
+    std::unique_ptr<SyncEngine> m_syncEngine;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<OnboardingWindowController> m_onboardingWindowController;
     std::unique_ptr<WhatsNewWindowController> m_whatsNewWindowController;
@@ -112,6 +126,7 @@ private:
     NotificationCenter::Observation m_canvasReadyObservation;
     NotificationCenter::Observation m_flipCompleteObservation;
     NotificationCenter::Observation m_flipClosedObservation;
+    NotificationCenter::Observation m_firstFlipObservation;
 };
 
 } // namespace tallowby

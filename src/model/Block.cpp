@@ -142,6 +142,10 @@ void Block::setZIndex(qint64 zIndex) {
     write(&BlockFields::zIndex, std::int64_t(zIndex), &Block::zIndexChanged);
 }
 
+void Block::setBlockType(BlockType type) {
+    write(&BlockFields::blockType, type, &Block::blockTypeChanged);
+}
+
 void Block::setContent(const QByteArray &content) {
     write(&BlockFields::content, content, &Block::contentChanged);
 }

@@ -79,7 +79,7 @@ class Block : public QObject {
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY widthChanged)
     Q_PROPERTY(double height READ height WRITE setHeight NOTIFY heightChanged)
     Q_PROPERTY(qint64 zIndex READ zIndex WRITE setZIndex NOTIFY zIndexChanged)
-    Q_PROPERTY(tallowby::BlockTypes::BlockType blockType READ blockType CONSTANT)
+    Q_PROPERTY(tallowby::BlockTypes::BlockType blockType READ blockType NOTIFY blockTypeChanged)
     Q_PROPERTY(QString rawText READ rawTextOrEmpty NOTIFY rawTextChanged)
     Q_PROPERTY(double fontSize READ fontSize WRITE setFontSize NOTIFY fontSizeChanged)
     Q_PROPERTY(QString textColor READ textColor WRITE setTextColor NOTIFY textColorChanged)
@@ -127,6 +127,8 @@ public:
     [[nodiscard]] qint64 zIndex() const { return m_fields->zIndex; }
     void setZIndex(qint64 zIndex);
     [[nodiscard]] BlockType blockType() const { return m_fields->blockType; }
+    /// Only what comes from elsewhere changes the kind of a block.
+    void setBlockType(BlockType type);
     [[nodiscard]] const QByteArray &content() const { return m_fields->content; }
     void setContent(const QByteArray &content);
     /// Sets one key of the payload and leaves the others as they are. A payload that is no JSON object counts as empty;
@@ -232,6 +234,7 @@ Q_SIGNALS:
     void widthChanged();
     void heightChanged();
     void zIndexChanged();
+    void blockTypeChanged();
     void contentChanged();
     void rawTextChanged();
     void fontSizeChanged();

@@ -39,8 +39,9 @@ JsonBuffer::JsonBuffer(std::size_t size)
 /// The parsers and what the records of one reader share.
 class BlockRecordReader::Session {
 public:
-    explicit Session(const TimestampCoding &timestamps)
-        : m_timestamps(timestamps) {}
+    Session(const TimestampCoding &timestamps, EmbeddingForm embeddings)
+        : m_timestamps(timestamps)
+        , m_embeddings(embeddings) {}
 
     std::optional<QString> read(const JsonBuffer &document, const std::function<void(BlockDTO)> &take);
 
@@ -71,7 +72,8 @@ private:
     QString reason(RecordKey key, Problem problem) const;
 
     static Problem readUuid(Value &value, QUuid &uuid);
-    static Problem readEmbedding(Value &value, std::vector<float> &embedding);
+    Problem readEmbedding(Value &value, std::vector<float> &embedding);
+    static Problem readVector(Value &value, std::vector<float> &embedding);
     static Problem readShared(Value &value, SharedTexts &texts, QString &shared);
     static Problem readTags(Value &value, QStringList &tags);
 
@@ -82,14 +84,16 @@ private:
     }
 
     const TimestampCoding &m_timestamps;
+    const EmbeddingForm m_embeddings;
     simdjson::ondemand::parser m_parser;
+    simdjson::ondemand::parser m_vectorParser;
     json::TextParser m_payloads;
     SharedTexts m_kinds;
     SharedTexts m_colors;
 };
 
-BlockRecordReader::BlockRecordReader(const TimestampCoding &timestamps)
-    : m_session(std::make_unique<Session>(timestamps)) {}
+BlockRecordReader::BlockRecordReader(const TimestampCoding &timestamps, EmbeddingForm embeddings)
+    : m_session(std::make_unique<Session>(timestamps, embeddings)) {}
 
 BlockRecordReader::~BlockRecordReader() = default;
 
@@ -221,7 +225,9 @@ Problem BlockRecordReader::Session::readMember(RecordKey key, Value &value, Bloc
     case RecordKey::rawText:
         return optional(value, dto.rawText, json::readString);
     case RecordKey::embedding:
-        return optional(value, dto.embedding, readEmbedding);
+        return optional(value, dto.embedding, [this](Value &vector, std::vector<float> &embedding) {
+            return readEmbedding(vector, embedding);
+        });
     case RecordKey::tags:
         return optional(value, dto.tags, readTags);
     case RecordKey::isTodo:
@@ -309,6 +315,30 @@ Problem BlockRecordReader::Session::readUuid(Value &value, QUuid &uuid) {
 }
 
 Problem BlockRecordReader::Session::readEmbedding(Value &value, std::vector<float> &embedding) {
+    simdjson::ondemand::json_type type;
+    if (value.type().get(type)) {
+        return Problem::syntax;
+    }
+    if (m_embeddings == EmbeddingForm::numbers || type != simdjson::ondemand::json_type::string) {
+        return readVector(value, embedding);
+    }
+    std::string_view text;
+    if (const Problem problem = json::readText(value, text); problem != Problem::none) {
+        return problem;
+    }
+    const simdjson::padded_string padded(text);
+    simdjson::ondemand::document document;
+    simdjson::ondemand::value inside;
+    if (m_vectorParser.iterate(padded).get(document) || document.get_value().get(inside)) {
+        return Problem::wrongType;
+    }
+    const Problem problem = readVector(inside, embedding);
+    return problem == Problem::none && document.current_location().error() == simdjson::OUT_OF_BOUNDS
+               ? Problem::none
+               : Problem::wrongType;
+}
+
+Problem BlockRecordReader::Session::readVector(Value &value, std::vector<float> &embedding) {
     simdjson::ondemand::array numbers;
     if (value.get_array().get(numbers)) {
         return Problem::wrongType;

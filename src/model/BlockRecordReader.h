@@ -27,12 +27,15 @@ private:
     std::unique_ptr<char[]> m_bytes;
 };
 
+/// How the embedding stands in a document. A database hands out its vectors as texts that hold the array.
+enum class EmbeddingForm { numbers, numbersOrText };
+
 /// Reads documents that are one array of records. Anything wrong refuses the document whole: a key that is missing,
 /// stands twice or has a value of another type, a number that is not finite, bad JSON or UTF-8, nesting beyond all use.
 /// Unknown keys are checked and left out. One thread at a time.
 class BlockRecordReader {
 public:
-    explicit BlockRecordReader(const TimestampCoding &timestamps);
+    explicit BlockRecordReader(const TimestampCoding &timestamps, EmbeddingForm embeddings = EmbeddingForm::numbers);
     ~BlockRecordReader();
     BlockRecordReader(const BlockRecordReader &) = delete;
     BlockRecordReader &operator=(const BlockRecordReader &) = delete;

@@ -8,14 +8,19 @@
 #include <rapidjson/writer.h>
 
 #include <algorithm>
+#include <bitset>
 #include <string>
 
 namespace tallowby {
 
 class BlockRecordWriter::Session {
 public:
-    explicit Session(const TimestampCoding &timestamps)
-        : m_timestamps(timestamps) {}
+    Session(const TimestampCoding &timestamps, std::initializer_list<RecordKey> leftOut)
+        : m_timestamps(timestamps) {
+        for (const RecordKey key : leftOut) {
+            m_leftOut.set(std::size_t(key));
+        }
+    }
 
     std::optional<QString> write(const BlockFields &fields);
 
@@ -28,6 +33,9 @@ private:
     template <typename Field>
     bool member(RecordKey key, const Field &field) {
         m_key = key;
+        if (m_leftOut.test(std::size_t(key))) {
+            return true;
+        }
         const std::string_view name = kRecordKeys[std::size_t(key)];
         return writer.Key(name.data(), rapidjson::SizeType(name.size())) && value(field);
     }
@@ -66,13 +74,14 @@ private:
     }
 
     const TimestampCoding &m_timestamps;
+    std::bitset<kRecordKeys.size()> m_leftOut;
     json::TextParser m_payloads;
     std::string m_timestampText;
     RecordKey m_key = RecordKey::id;
 };
 
-BlockRecordWriter::BlockRecordWriter(const TimestampCoding &timestamps)
-    : m_session(std::make_unique<Session>(timestamps)) {}
+BlockRecordWriter::BlockRecordWriter(const TimestampCoding &timestamps, std::initializer_list<RecordKey> leftOut)
+    : m_session(std::make_unique<Session>(timestamps, leftOut)) {}
 
 BlockRecordWriter::~BlockRecordWriter() = default;
 

@@ -2,6 +2,7 @@
 
 #include "model/BlockDTO.h"
 
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -10,11 +11,12 @@ namespace tallowby {
 
 struct TimestampCoding;
 
-/// Writes one array of records as compact JSON, keys in the declared order, absent optional fields left out. The text
-/// gathers in a buffer that its user empties as it grows. One thread at a time.
+/// Writes one array of records, or a single record, as compact JSON, keys in the declared order, absent optional fields
+/// left out. The text gathers in a buffer that its user empties as it grows. One thread at a time.
 class BlockRecordWriter {
 public:
-    explicit BlockRecordWriter(const TimestampCoding &timestamps);
+    /// Leaves out the keys that are named.
+    explicit BlockRecordWriter(const TimestampCoding &timestamps, std::initializer_list<RecordKey> leftOut = {});
     ~BlockRecordWriter();
     BlockRecordWriter(const BlockRecordWriter &) = delete;
     BlockRecordWriter &operator=(const BlockRecordWriter &) = delete;

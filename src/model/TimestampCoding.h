@@ -3,7 +3,9 @@
 #include "model/Timestamp.h"
 #include "model/json/JsonReading.h"
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tallowby {
 
@@ -18,5 +20,17 @@ struct TimestampCoding {
 
 /// The form of the local file: a number, the seconds with fraction since 2001-01-01 00:00:00 UTC.
 extern const TimestampCoding kFileTimestamps;
+
+/// The form of what is exchanged with the backend: a string in ISO 8601, such as 2025-01-31T12:00:00.123Z. Written in
+/// UTC, cut off at the millisecond, so that a block never looks newer there than it is here. Read with a fraction of
+/// any length or none, with `Z` or an offset.
+extern const TimestampCoding kWireTimestamps;
+
+/// In UTC, cut off at the second: 2025-01-31T12:00:00Z.
+[[nodiscard]] std::string isoSeconds(Timestamp timestamp);
+/// The same with the millisecond; none for a year that four digits cannot write.
+[[nodiscard]] std::optional<std::string> isoMilliseconds(Timestamp timestamp);
+/// None for anything that is no whole date and time with a zone.
+[[nodiscard]] std::optional<Timestamp> timestampFromIso(std::string_view text);
 
 } // namespace tallowby

@@ -23,10 +23,16 @@ inline constexpr QLatin1StringView canvasReady{"canvasReady"};
 inline constexpr QLatin1StringView tallowbyHotkeyChanged{"tallowbyHotkeyChanged"};
 /// Global keys have become available.
 inline constexpr QLatin1StringView permissionsGranted{"tallowby.permissions.granted"};
+/// A block is to be shown: the canvas goes there. User info: `jumpXKey` and `jumpYKey`, doubles in canvas points, and
+/// `jumpIdKey`, the block's QUuid.
+inline constexpr QLatin1StringView jumpToBlock{"jumpToBlock"};
 /// Empty canvas was clicked: every block lets go of selection and editing.
 inline constexpr QLatin1StringView deselectAllBlocks{"DeselectAllBlocks"};
 
 inline constexpr QLatin1StringView screenFrameKey{"screenFrame"};
 inline constexpr QLatin1StringView canvasViewKey{"canvasView"};
+inline constexpr QLatin1StringView jumpXKey{"x"};
+inline constexpr QLatin1StringView jumpYKey{"y"};
+inline constexpr QLatin1StringView jumpIdKey{"id"};
 
 } // namespace tallowby::events

@@ -25,7 +25,8 @@ const QMap<QString, QSet<QString>> &allowedFolders() {
             {QStringLiteral("storage"), model},         {QStringLiteral("canvas"), storage},
             {QStringLiteral("sync"), storage},          {QStringLiteral("media"), storage},
             {QStringLiteral("blocks"), canvas + media}, {QStringLiteral("flip"), canvas},
-            {QStringLiteral("guidance"), canvas},       {QStringLiteral("feedback"), sync + media},
+            {QStringLiteral("search"), canvas + sync},  {QStringLiteral("guidance"), canvas},
+            {QStringLiteral("feedback"), sync + media},
         };
         QMap<QString, QSet<QString>> all = below;
         all[QStringLiteral("app")] = QSet(below.keyBegin(), below.keyEnd());

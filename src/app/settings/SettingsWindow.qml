@@ -140,6 +140,11 @@ ShellWindow {
                 }
             }
 
+            SyncSection {
+                Layout.fillWidth: true
+                status: window.controller.syncStatus
+            }
+
             SettingsSection {
                 Layout.fillWidth: true
                 title: qsTr("Your notes")

@@ -2,6 +2,7 @@
 
 #include "app/shell/StartAtLogin.h"
 #include "app/shell/WindowController.h"
+#include "app/sync/SyncStatus.h"
 #include "flip/hotkey/HotkeyAdvisor.h"
 #include "platform/AppSettings.h"
 
@@ -46,6 +47,7 @@ struct SettingsServices {
     const MotionPreference &desktopMotion;
     HotkeyAdvisor &hotkeyAdvisor;
     StartAtLogin &startAtLogin;
+    SyncStatus &syncStatus;
     std::function<void()> showIntroduction;
     std::function<void()> showWhatsNew;
 };
@@ -67,6 +69,7 @@ class SettingsWindowController : public WindowController {
     /// Whether the desktop asks for less movement already.
     Q_PROPERTY(bool desktopReducesMotion READ desktopReducesMotion NOTIFY motionChanged)
     Q_PROPERTY(QString dataFolder READ dataFolder CONSTANT)
+    Q_PROPERTY(tallowby::SyncStatus *syncStatus READ syncStatus CONSTANT)
 
 public:
     SettingsWindowController(const WindowServices &window, const SettingsServices &services);
@@ -80,6 +83,7 @@ public:
     [[nodiscard]] bool reducesMotion() const { return desktopReducesMotion() || m_services.settings.reducesMotion(); }
     [[nodiscard]] bool desktopReducesMotion() const;
     [[nodiscard]] QString dataFolder() const;
+    [[nodiscard]] SyncStatus *syncStatus() const { return &m_services.syncStatus; }
 
     /// Takes the choice at that place of `displayChoices`.
     Q_INVOKABLE void chooseDisplay(int index);

@@ -82,6 +82,7 @@ void BlockContainerView::componentComplete() {
     connect(m_block, &Block::rotationChanged, this, &BlockContainerView::followBlock);
     connect(m_block, &Block::rawTextChanged, this, &BlockContainerView::accessibleNameChanged);
     connect(m_block, &Block::contentChanged, this, &BlockContainerView::accessibleNameChanged);
+    connect(m_block, &Block::blockTypeChanged, this, &BlockContainerView::replaceBody);
     connect(m_block, &Block::isSelectedChanged, this, &BlockContainerView::showSelection);
     connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, this, &BlockContainerView::followFocus);
 
@@ -114,6 +115,17 @@ void BlockContainerView::createBody() {
     settleAtStart();
     m_hasCenteredOnSpawn = true;
     Q_EMIT accessibleNameChanged();
+}
+
+/// The block has become one of another kind: what was typed into the old body stays with the block.
+void BlockContainerView::replaceBody() {
+    if (isEditing()) {
+        m_canvas->viewModel().endEditing();
+    }
+    disconnect(m_body, nullptr, this, nullptr);
+    m_body->setParentItem(nullptr);
+    m_body->deleteLater();
+    createBody();
 }
 
 void BlockContainerView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {

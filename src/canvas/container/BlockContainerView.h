@@ -19,7 +19,7 @@ class BlockContainerView : public QQuickItem {
     QML_ELEMENT
     Q_PROPERTY(tallowby::InfiniteCanvasView *canvas READ canvas WRITE setCanvas NOTIFY canvasChanged REQUIRED)
     Q_PROPERTY(tallowby::Block *block READ block WRITE setBlock NOTIFY blockChanged REQUIRED)
-    Q_PROPERTY(QAccessible::Role accessibleRole READ accessibleRole CONSTANT)
+    Q_PROPERTY(QAccessible::Role accessibleRole READ accessibleRole NOTIFY accessibleNameChanged)
     Q_PROPERTY(QString accessibleName READ accessibleName NOTIFY accessibleNameChanged)
     Q_PROPERTY(QString accessibleDescription READ accessibleDescription NOTIFY accessibleDescriptionChanged)
 
@@ -62,6 +62,7 @@ protected:
 
 private:
     void createBody();
+    void replaceBody();
     void followBlock();
     void followFocus();
     void letPointerIn(bool isEditing);

@@ -71,6 +71,11 @@ InfiniteCanvasView {
         border { width: 1; color: Theme.accent }
     }
 
+    BlockJump {
+        anchors.fill: parent
+        canvas: view
+    }
+
     EmptyHint {
         anchors.centerIn: parent
         isWanted: view.viewModel.isEmpty

@@ -89,6 +89,13 @@ void InfiniteCanvasView::setIsHelpVisible(bool isVisible) {
     }
 }
 
+void InfiniteCanvasView::setIsSearchVisible(bool isVisible) {
+    if (m_isSearchVisible != isVisible) {
+        m_isSearchVisible = isVisible;
+        Q_EMIT isSearchVisibleChanged();
+    }
+}
+
 QPointF InfiniteCanvasView::origin() const {
     const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1.0;
     const QPointF exact = m_viewport.origin() * ratio;

@@ -44,6 +44,7 @@ class InfiniteCanvasView : public QQuickItem, private ToolContext {
     /// A button or a finger is down on the canvas.
     Q_PROPERTY(bool isGestureRunning READ isGestureRunning NOTIFY isGestureRunningChanged)
     Q_PROPERTY(bool isHelpVisible READ isHelpVisible WRITE setIsHelpVisible NOTIFY isHelpVisibleChanged)
+    Q_PROPERTY(bool isSearchVisible READ isSearchVisible WRITE setIsSearchVisible NOTIFY isSearchVisibleChanged)
     /// Made over each selected block.
     Q_PROPERTY(
         QQmlComponent *selectionOutline READ selectionOutline WRITE setSelectionOutline NOTIFY selectionOutlineChanged)
@@ -73,6 +74,9 @@ public:
     [[nodiscard]] bool isGestureRunning() const { return m_isGestureRunning; }
     [[nodiscard]] bool isHelpVisible() const { return m_isHelpVisible; }
     void setIsHelpVisible(bool isVisible);
+    [[nodiscard]] bool isSearchVisible() const { return m_isSearchVisible; }
+    void setIsSearchVisible(bool isVisible);
+    [[nodiscard]] NotificationCenter &notifications() const { return *m_notifications; }
     /// The handles as they stand on screen; none while there are none to be dragged.
     [[nodiscard]] std::optional<HandleLayout> handles();
     [[nodiscard]] QQmlComponent *selectionOutline() const { return m_selectionOutline; }
@@ -115,6 +119,7 @@ Q_SIGNALS:
     void marqueeChanged();
     void isGestureRunningChanged();
     void isHelpVisibleChanged();
+    void isSearchVisibleChanged();
     /// A selected block lies elsewhere, or is drawn elsewhere.
     void selectionMoved();
     /// The keyboard is wanted by what floats over the selected blocks.
@@ -232,6 +237,7 @@ private:
     /// While a pen is down, from 0 to 1.
     std::optional<double> m_penPressure;
     bool m_isHelpVisible = false;
+    bool m_isSearchVisible = false;
     /// While an input method composes the first word of a block, the keyboard focus stays here and what it sends goes
     /// on to the block's editor: a change of focus would make it give up the composition.
     bool m_keepsInputMethod = false;

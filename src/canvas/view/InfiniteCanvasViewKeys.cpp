@@ -128,6 +128,9 @@ bool InfiniteCanvasView::handleCommandKey(const QKeyEvent &event) {
         m_viewModel->selectAll();
     } else if (isShortcutKey(event, Qt::Key_D)) {
         m_viewModel->duplicateSelected();
+    } else if (isShortcutKey(event, Qt::Key_F)) {
+        setIsHelpVisible(false);
+        setIsSearchVisible(!m_isSearchVisible);
     } else if (isShortcutKey(event, Qt::Key_Y) || (isShortcutKey(event, Qt::Key_Z) && isShiftHeld)) {
         m_viewModel->redo();
     } else if (isShortcutKey(event, Qt::Key_Z)) {

@@ -10,6 +10,7 @@
 #include <QStyleHints>
 
 #include <algorithm>
+#include <cmath>
 #include <numbers>
 
 namespace tallowby {
@@ -203,6 +204,17 @@ QEasingCurve Theme::panelSpring() const {
 
 int Theme::panelSpringDuration() const {
     return int(std::chrono::ceil<std::chrono::milliseconds>(panelSpringCurve().settlingDuration()).count());
+}
+
+/// Answers within 0.5 s with a damping ratio of 1: 1 − e^(−ωt) · (1 + ωt), ω = 2π / response. At its end it is within a
+/// thousandth of its goal.
+QEasingCurve Theme::searchSpring() const {
+    QEasingCurve curve;
+    curve.setCustomType([](qreal progress) {
+        const double swing = 2 * std::numbers::pi / 0.5 * progress * kSearchSpringDuration / 1000;
+        return progress >= 1 ? 1.0 : 1 - std::exp(-swing) * (1 + swing);
+    });
+    return curve;
 }
 
 QColor Theme::textColor(const QString &chosen) const {

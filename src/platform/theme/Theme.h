@@ -78,6 +78,9 @@ class Theme : public QObject {
     /// The way of a panel that springs up, over its duration.
     Q_PROPERTY(QEasingCurve panelSpring READ panelSpring CONSTANT)
     Q_PROPERTY(int panelSpringDuration READ panelSpringDuration CONSTANT)
+    /// The way of the search, which comes without swinging, over its duration.
+    Q_PROPERTY(QEasingCurve searchSpring READ searchSpring CONSTANT)
+    Q_PROPERTY(int searchSpringDuration MEMBER kSearchSpringDuration CONSTANT)
     /// How long the text caret shows and hides in turn, by the desktop's choice; 0 means that it stays.
     Q_PROPERTY(int caretInterval READ caretInterval CONSTANT)
 
@@ -117,6 +120,7 @@ public:
     [[nodiscard]] int caretInterval() const { return m_caretInterval; }
     [[nodiscard]] QEasingCurve panelSpring() const;
     [[nodiscard]] int panelSpringDuration() const;
+    [[nodiscard]] QEasingCurve searchSpring() const;
 
     [[nodiscard]] QColor noteInk() const { return {0x2B, 0x28, 0x1F}; }
     [[nodiscard]] QColor noteLink() const { return {0x1E, 0x4F, 0xC4}; }
@@ -192,6 +196,7 @@ private:
     static constexpr int kMotionIn = 120;
     static constexpr int kMotionOut = 90;
     static constexpr int kTipDelay = 600;
+    static constexpr int kSearchSpringDuration = 750;
 
     Appearance m_appearance = Appearance::system;
     bool m_isDark = false;

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Scheduler.h"
+#include "sync/HttpClient.h"
+
+#include <QNetworkAccessManager>
+
+namespace tallowby {
+
+/// HTTP over the platform's network stack, version 2 where the server has it. Redirects are not followed, so that no
+/// key ever reaches another host; no cookies, no stored credentials; certificates are checked.
+class NetworkHttpClient : public HttpClient {
+public:
+    /// The longest silence between two parts of a request or its answer.
+    static constexpr std::chrono::seconds kLongestSilence{30};
+    /// For a whole request. One that has moved `kWorthwhile` bytes in that time gets as long again: a large picture on
+    /// a slow line arrives, a server that drips does not hold us.
+    static constexpr std::chrono::seconds kLongestRequest{60};
+    static constexpr qint64 kWorthwhile = 256 * 1024;
+    /// The largest answer that is taken, in bytes.
+    static constexpr qint64 kLargestAnswer = qint64{512} << 20;
+
+    explicit NetworkHttpClient(Scheduler &scheduler, qint64 largestAnswer = kLargestAnswer);
+
+    [[nodiscard]] std::unique_ptr<HttpExchange> send(HttpRequest request, Done done) override;
+
+private:
+    Scheduler &m_scheduler;
+    const qint64 m_largestAnswer;
+    QNetworkAccessManager m_network;
+};
+
+} // namespace tallowby
