@@ -124,6 +124,8 @@ Q_SIGNALS:
     void selectionMoved();
     /// The keyboard is wanted by what floats over the selected blocks.
     void toolbarRequested();
+    /// A note was begun by typing on the empty canvas; it is the one that is edited now.
+    void typedAnywhere();
     /// `block` is null when the menu is that of the canvas. Where on the canvas is the model's `rightClickCursorPos`.
     void contextMenuRequested(QPointF screenPoint, tallowby::Block *block);
 

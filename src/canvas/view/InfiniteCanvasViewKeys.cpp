@@ -296,6 +296,7 @@ void InfiniteCanvasView::typeAnywhere(const QString &text) {
     // Whoever types wants to see it.
     setIsHelpVisible(false);
     m_viewModel->spawnBlock(pointerOnCanvas(), BlockType::text, text);
+    Q_EMIT typedAnywhere();
 }
 
 void InfiniteCanvasView::editorOpened() {

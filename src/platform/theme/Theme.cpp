@@ -81,12 +81,35 @@ int takeOverCaretBlinking() {
     return interval;
 }
 
-/// Answers within 0.3 s with a damping ratio of 0.8: stiffness (2π / response)², damping 4π · ratio / response.
+/// A spring of that response, in seconds, and damping ratio: stiffness (2π / response)², damping 4π · ratio / response.
+SpringCurve springCurve(double response, double dampingRatio) {
+    const double angularFrequency = 2 * std::numbers::pi / response;
+    return {1, angularFrequency * angularFrequency, 2 * dampingRatio * angularFrequency};
+}
+
 const SpringCurve &panelSpringCurve() {
-    constexpr double kAngularFrequency = 2 * std::numbers::pi / 0.3;
-    constexpr double kDampingRatio = 0.8;
-    static const SpringCurve curve(1, kAngularFrequency * kAngularFrequency, 2 * kDampingRatio * kAngularFrequency);
+    static const SpringCurve curve = springCurve(0.3, 0.8);
     return curve;
+}
+
+const SpringCurve &cardSpringCurve() {
+    static const SpringCurve curve = springCurve(0.35, 0.85);
+    return curve;
+}
+
+/// A curve's course over its settling duration. An easing curve takes a plain function, so each spring has its own.
+template <const SpringCurve &(*curve)()>
+QEasingCurve easing() {
+    QEasingCurve easing;
+    easing.setCustomType([](qreal progress) {
+        const auto time = std::chrono::duration<double>(curve().settlingDuration()) * progress;
+        return curve().value(std::chrono::duration_cast<SpringCurve::Duration>(time));
+    });
+    return easing;
+}
+
+int durationOf(const SpringCurve &curve) {
+    return int(std::chrono::ceil<std::chrono::milliseconds>(curve.settlingDuration()).count());
 }
 
 } // namespace
@@ -194,16 +217,19 @@ QColor Theme::veil() const {
 }
 
 QEasingCurve Theme::panelSpring() const {
-    QEasingCurve curve;
-    curve.setCustomType([](qreal progress) {
-        const auto time = std::chrono::duration<double>(panelSpringCurve().settlingDuration()) * progress;
-        return panelSpringCurve().value(std::chrono::duration_cast<SpringCurve::Duration>(time));
-    });
-    return curve;
+    return easing<panelSpringCurve>();
 }
 
 int Theme::panelSpringDuration() const {
-    return int(std::chrono::ceil<std::chrono::milliseconds>(panelSpringCurve().settlingDuration()).count());
+    return durationOf(panelSpringCurve());
+}
+
+QEasingCurve Theme::cardSpring() const {
+    return easing<cardSpringCurve>();
+}
+
+int Theme::cardSpringDuration() const {
+    return durationOf(cardSpringCurve());
 }
 
 /// Answers within 0.5 s with a damping ratio of 1: 1 − e^(−ωt) · (1 + ωt), ω = 2π / response. At its end it is within a

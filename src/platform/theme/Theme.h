@@ -78,6 +78,9 @@ class Theme : public QObject {
     /// The way of a panel that springs up, over its duration.
     Q_PROPERTY(QEasingCurve panelSpring READ panelSpring CONSTANT)
     Q_PROPERTY(int panelSpringDuration READ panelSpringDuration CONSTANT)
+    /// The way of a card that moves to its next place, over its duration.
+    Q_PROPERTY(QEasingCurve cardSpring READ cardSpring CONSTANT)
+    Q_PROPERTY(int cardSpringDuration READ cardSpringDuration CONSTANT)
     /// The way of the search, which comes without swinging, over its duration.
     Q_PROPERTY(QEasingCurve searchSpring READ searchSpring CONSTANT)
     Q_PROPERTY(int searchSpringDuration MEMBER kSearchSpringDuration CONSTANT)
@@ -120,6 +123,8 @@ public:
     [[nodiscard]] int caretInterval() const { return m_caretInterval; }
     [[nodiscard]] QEasingCurve panelSpring() const;
     [[nodiscard]] int panelSpringDuration() const;
+    [[nodiscard]] QEasingCurve cardSpring() const;
+    [[nodiscard]] int cardSpringDuration() const;
     [[nodiscard]] QEasingCurve searchSpring() const;
 
     [[nodiscard]] QColor noteInk() const { return {0x2B, 0x28, 0x1F}; }

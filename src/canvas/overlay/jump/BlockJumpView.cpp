@@ -3,31 +3,12 @@
 #include "platform/AppEvents.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace tallowby {
 
-namespace {
-
-constexpr std::chrono::milliseconds kGlide{180};
-
-} // namespace
-
 BlockJumpView::BlockJumpView(QQuickItem *parent)
     : QQuickItem(parent) {
-    m_glide.setDuration(int(kGlide.count()));
-    m_glide.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&m_glide, &QVariantAnimation::valueChanged, this, [this](const QVariant &offset) {
-        if (m_canvas && m_glide.state() == QAbstractAnimation::Running) {
-            m_canvas->jumpTo(offset.toPointF());
-        }
-    });
-    connect(&m_glide, &QVariantAnimation::finished, this, [this] {
-        if (m_canvas) {
-            m_canvas->jumpTo(m_glide.endValue().toPointF());
-        }
-    });
 }
 
 void BlockJumpView::setCanvas(InfiniteCanvasView *canvas) {
@@ -35,10 +16,9 @@ void BlockJumpView::setCanvas(InfiniteCanvasView *canvas) {
         return;
     }
     m_canvas = canvas;
+    m_glide.setCanvas(canvas);
     if (canvas) {
         connect(canvas, &InfiniteCanvasView::viewportChanged, this, &BlockJumpView::frameChanged);
-        // Whoever takes hold of the paper has it.
-        connect(canvas, &InfiniteCanvasView::isGestureRunningChanged, &m_glide, &QAbstractAnimation::stop);
         m_jumps = canvas->notifications().observe(
             events::jumpToBlock, [this](const Notification &notification) { jump(notification.userInfo); });
     }
@@ -72,27 +52,11 @@ void BlockJumpView::jump(const QVariantMap &target) {
     } else {
         model.deselectAll();
     }
-    glideTo(place);
+    m_glide.glideTo(-m_canvas->zoom() * place);
     Q_EMIT frameChanged();
     if (m_block) {
         Q_EMIT pulse();
     }
-}
-
-void BlockJumpView::glideTo(QPointF canvasPoint) {
-    m_glide.stop();
-    const QPointF goal = -m_canvas->zoom() * canvasPoint;
-    if (reducesMotion()) {
-        m_canvas->jumpTo(goal);
-        return;
-    }
-    // From far away only the last stretch is shown: nothing could be seen of the rest, and all of it would be drawn.
-    const QPointF way = goal - m_canvas->offset();
-    const double longest = std::max(1.0, std::hypot(width(), height()));
-    const double length = std::hypot(way.x(), way.y());
-    m_glide.setStartValue(length > longest ? goal - way * (longest / length) : m_canvas->offset());
-    m_glide.setEndValue(goal);
-    m_glide.start();
 }
 
 } // namespace tallowby

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "canvas/view/CanvasGlide.h"
 #include "canvas/view/InfiniteCanvasView.h"
 #include "platform/NotificationCenter.h"
 
 #include <QPointer>
 #include <QQuickItem>
-#include <QVariantAnimation>
 
 namespace tallowby {
 
@@ -37,11 +37,10 @@ Q_SIGNALS:
 
 private:
     void jump(const QVariantMap &target);
-    void glideTo(QPointF canvasPoint);
 
     QPointer<InfiniteCanvasView> m_canvas;
     BlockPtr m_block;
-    QVariantAnimation m_glide;
+    CanvasGlide m_glide;
     /// Ends before what it calls.
     NotificationCenter::Observation m_jumps;
 };
