@@ -17,6 +17,7 @@
 #include "flip/hotkey/HotkeyAdvisor.h"
 #include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
+#include "guidance/CanvasTutorialOverlayView.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
 #include "platform/desktop/StatusArea.h"
@@ -252,6 +253,7 @@ QQuickItem *AppDelegate::makeCanvas() {
     SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
     m_searchOverlay =
         SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});
+    CanvasTutorialOverlayView::install(m_qmlEngine, *view, m_defaults);
     const auto nameHotkey = [this, view] {
         view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
     };

@@ -4,6 +4,7 @@
 
 #include <X11/keysym.h>
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -46,8 +47,17 @@ Desk::~Desk() {
 
 void Desk::SetUp() {
     ASSERT_EQ(session.error().toStdString(), "");
+    setKnowsCanvas(true);
     pointer.moveTo(kScreenCentre + QPoint(-200, -100));
     ASSERT_TRUE(eventually([this] { return other.hasFocus(); }));
+}
+
+void Desk::setKnowsCanvas(bool knows) {
+    const QString folder = m_environment.value(QStringLiteral("XDG_CONFIG_HOME")) + QStringLiteral("/Tallowby");
+    ASSERT_TRUE(QDir().mkpath(folder));
+    QFile stored(folder + QStringLiteral("/Tallowby.conf"));
+    ASSERT_TRUE(stored.open(QFile::WriteOnly));
+    stored.write(knows ? "[General]\ntallowby.hasSeenCanvasTutorial=true\n" : "");
 }
 
 void Desk::startProgram() {

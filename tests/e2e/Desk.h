@@ -27,6 +27,8 @@ protected:
 
     void SetUp() override;
 
+    /// The person has seen the cards that show a newcomer around, or not.
+    void setKnowsCanvas(bool knows);
     /// Starts the program and waits until it is ready.
     void startProgram();
     /// Another start of the program with one command; returns its exit code.

@@ -12,6 +12,7 @@ namespace tallowby::test {
 namespace {
 
 constexpr std::uint8_t kLeftButton = 1;
+constexpr std::uint8_t kRightButton = 3;
 constexpr std::uint8_t kWheelUp = 4;
 constexpr std::uint8_t kWheelDown = 5;
 constexpr int kDragSteps = 20;
@@ -35,6 +36,12 @@ void XPointer::click(QPoint position) {
     moveTo(position);
     button(XCB_BUTTON_PRESS, kLeftButton);
     button(XCB_BUTTON_RELEASE, kLeftButton);
+}
+
+void XPointer::rightClick(QPoint position) {
+    moveTo(position);
+    button(XCB_BUTTON_PRESS, kRightButton);
+    button(XCB_BUTTON_RELEASE, kRightButton);
 }
 
 void XPointer::drag(QPoint from, QPoint to) {

@@ -19,6 +19,7 @@ public:
 
     void moveTo(QPoint position);
     void click(QPoint position);
+    void rightClick(QPoint position);
     /// Presses at `from`, moves in small steps, and lets go at `to`.
     void drag(QPoint from, QPoint to);
     /// Turns the wheel by whole notches; away from the user is positive.

@@ -49,6 +49,12 @@ END
   hsetroot -add '#2d3a4f' -add '#56657a' -add '#a79a8f' -gradient 0 >/dev/null
 }
 
+# know_canvas: the person at the desk has seen the cards that show a newcomer around.
+know_canvas() {
+  mkdir -p "$XDG_CONFIG_HOME/Tallowby"
+  printf '[General]\ntallowby.hasSeenCanvasTutorial=true\n' >"$XDG_CONFIG_HOME/Tallowby/Tallowby.conf"
+}
+
 window_manager_is_up() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 
 # start_program PROGRAM LOG: PROGRAM in the background, what it says in LOG. Sets `agent` to its process.
