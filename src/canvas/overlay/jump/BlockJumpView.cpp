@@ -8,8 +8,7 @@
 namespace tallowby {
 
 BlockJumpView::BlockJumpView(QQuickItem *parent)
-    : QQuickItem(parent) {
-}
+    : QQuickItem(parent) {}
 
 void BlockJumpView::setCanvas(InfiniteCanvasView *canvas) {
     if (m_canvas == canvas) {
