@@ -3,6 +3,7 @@
 #include "app/LaunchAtLoginManager.h"
 #include "app/LaunchHistory.h"
 #include "app/PermissionManager.h"
+#include "app/feedback/FeedbackWindowController.h"
 #include "app/onboarding/OnboardingWindowController.h"
 #include "app/settings/SettingsWindowController.h"
 #include "app/shell/MainMenu.h"
@@ -18,6 +19,8 @@
 #include "flip/hotkey/HotkeyFormatter.h"
 #include "flip/hotkey/HotkeyListener.h"
 #include "guidance/CanvasTutorialOverlayView.h"
+#include "media/UnusedRecordings.h"
+#include "media/VoiceRecordingService.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
 #include "platform/desktop/StatusArea.h"
@@ -37,6 +40,9 @@
 namespace tallowby {
 
 namespace {
+
+const QString kLastSeenFeedbackSurveyVersionKey = QStringLiteral("lastSeenFeedbackSurveyVersion");
+const QString kFeedbackSurveyVersion = QStringLiteral("v1");
 
 /// Closes a window whose own button asked for it.
 template <typename Controller>
@@ -104,8 +110,7 @@ void AppDelegate::onFirstFlip() {
     if (m_syncEngine || !m_storage) {
         return;
     }
-    m_httpClient = std::make_unique<NetworkHttpClient>(m_scheduler);
-    m_syncEngine = std::make_unique<SyncEngine>(*m_storage, m_defaults, m_scheduler, *m_httpClient, *m_embeddings,
+    m_syncEngine = std::make_unique<SyncEngine>(*m_storage, m_defaults, m_scheduler, httpClient(), *m_embeddings,
                                                 m_supabaseConfig);
     connect(m_syncEngine.get(), &SyncEngine::remoteChangesMerged, m_canvasViewModel.get(),
             &CanvasViewModel::refreshBlocks);
@@ -113,6 +118,13 @@ void AppDelegate::onFirstFlip() {
     m_searchOverlay->viewModel()->setSyncEngine(m_syncEngine.get());
     m_firstFlipObservation.stop();
     logLine(u"[AppDelegate] ✅ SyncEngine initialized on first flip");
+}
+
+HttpClient &AppDelegate::httpClient() {
+    if (!m_httpClient) {
+        m_httpClient = std::make_unique<NetworkHttpClient>(m_scheduler);
+    }
+    return *m_httpClient;
 }
 
 void AppDelegate::initializeApp() {
@@ -135,6 +147,7 @@ void AppDelegate::initializeApp() {
 void AppDelegate::setupMainMenu() {
     m_mainMenu = std::make_unique<MainMenu>(QList<MainMenuItem>{
         {tr("Settings…"), Qt::CTRL | Qt::Key_Comma, false, [this] { handle(InstanceCommand::settings); }},
+        {tr("Send Feedback…"), {}, false, [this] { onDesktop([this] { openFeedbackSurvey(); }); }},
         {tr("Quit Tallowby"), Qt::CTRL | Qt::Key_Q, true, [this] { handle(InstanceCommand::quit); }}});
     m_mainMenu->install(m_qmlEngine);
 }
@@ -149,7 +162,9 @@ void AppDelegate::showPermissionOnboarding() {
 void AppDelegate::checkForPostUpdateScreens() {
     switch (noteLaunch(m_defaults, QCoreApplication::applicationVersion())) {
     case LaunchKind::first:
+        return;
     case LaunchKind::sameVersion:
+        checkForFeedbackPrompt();
         return;
     case LaunchKind::otherVersion:
         openWhatsNew();
@@ -157,11 +172,22 @@ void AppDelegate::checkForPostUpdateScreens() {
     }
 }
 
+/// Offered once for each version of the survey, however it is closed.
+void AppDelegate::checkForFeedbackPrompt() {
+    if (m_defaults.string(kLastSeenFeedbackSurveyVersionKey) == kFeedbackSurveyVersion) {
+        return;
+    }
+    m_defaults.setString(kLastSeenFeedbackSurveyVersionKey, kFeedbackSurveyVersion);
+    openFeedbackSurvey();
+}
+
 void AppDelegate::setupStatusBarItem() {
     m_statusItem = std::make_unique<StatusItem>(
-        m_platform->statusArea(), StatusItemActions{.toggle = [this] { handle(InstanceCommand::toggle); },
-                                                    .openSettings = [this] { handle(InstanceCommand::settings); },
-                                                    .quit = [this] { handle(InstanceCommand::quit); }});
+        m_platform->statusArea(),
+        StatusItemActions{.toggle = [this] { handle(InstanceCommand::toggle); },
+                          .openSettings = [this] { handle(InstanceCommand::settings); },
+                          .sendFeedback = [this] { onDesktop([this] { openFeedbackSurvey(); }); },
+                          .quit = [this] { handle(InstanceCommand::quit); }});
 }
 
 void AppDelegate::openSettings() {
@@ -190,6 +216,19 @@ void AppDelegate::openWhatsNew() {
             windowServices(), [this] { retire(m_whatsNewWindowController); });
     }
     m_whatsNewWindowController->show();
+}
+
+void AppDelegate::openFeedbackSurvey() {
+    if (!m_feedbackSurvey) {
+        m_feedbackService =
+            std::make_unique<FeedbackService>(httpClient(), m_supabaseConfig, QCoreApplication::applicationVersion());
+        m_feedbackSurvey = std::make_unique<FeedbackSurvey>(*m_feedbackService, m_platform->audio(), m_scheduler);
+    }
+    if (!m_feedbackWindowController) {
+        m_feedbackWindowController = std::make_unique<FeedbackWindowController>(
+            windowServices(), *m_feedbackSurvey, [this] { retire(m_feedbackWindowController); });
+    }
+    m_feedbackWindowController->show();
 }
 
 void AppDelegate::onDesktop(std::function<void()> open) {
@@ -248,6 +287,9 @@ QQuickItem *AppDelegate::makeCanvas() {
     m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
     m_canvasViewModel =
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
+    m_voiceRecording = std::make_unique<VoiceRecordingService>(m_platform->audio(), *m_storage, m_scheduler);
+    m_voiceRecording->share();
+    m_unusedRecordings = std::make_unique<UnusedRecordings>(*m_storage, m_scheduler);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
     view->setMotionPreference(&m_motionPreference);
     SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
@@ -265,6 +307,9 @@ QQuickItem *AppDelegate::makeCanvas() {
 
 void AppDelegate::applicationWillTerminate() {
     m_warmUp.cancel();
+    if (m_voiceRecording) {
+        m_voiceRecording->stopRecording();
+    }
     if (m_hotkeyListener) {
         m_hotkeyListener->stop();
     }

@@ -24,6 +24,9 @@ class BlockStorage;
 class CanvasViewModel;
 class DebouncedSaver;
 class EmbeddingService;
+class FeedbackService;
+class FeedbackSurvey;
+class FeedbackWindowController;
 class FlipEngine;
 class HotkeyAdvisor;
 class HotkeyListener;
@@ -38,6 +41,8 @@ class StartAtLogin;
 class StatusItem;
 class SyncEngine;
 class SyncStatus;
+class UnusedRecordings;
+class VoiceRecordingService;
 class WhatsNewWindowController;
 struct WindowServices;
 
@@ -66,6 +71,7 @@ public:
     /// Null until they are shown.
     [[nodiscard]] OnboardingWindowController *onboarding() const { return m_onboardingWindowController.get(); }
     [[nodiscard]] WhatsNewWindowController *whatsNew() const { return m_whatsNewWindowController.get(); }
+    [[nodiscard]] FeedbackWindowController *feedback() const { return m_feedbackWindowController.get(); }
     [[nodiscard]] SettingsWindowController *settingsWindow() const { return m_settingsWindowController.get(); }
 
 private:
@@ -73,8 +79,10 @@ private:
     void setupMainMenu();
     void showPermissionOnboarding();
     void checkForPostUpdateScreens();
+    void checkForFeedbackPrompt();
     void setupStatusBarItem();
     void openSettings();
+    void openFeedbackSurvey();
     void openOnboarding();
     void openWhatsNew();
     /// Opens a window once the desktop is back: over the canvas nothing else is seen.
@@ -83,6 +91,7 @@ private:
     [[nodiscard]] WindowServices windowServices();
     void canvasReady(const Notification &notification);
     void onFirstFlip();
+    [[nodiscard]] HttpClient &httpClient();
     [[nodiscard]] QQuickItem *makeCanvas();
 
     QtScheduler m_scheduler;
@@ -105,6 +114,8 @@ private:
     std::unique_ptr<BlockStorage> m_storage;
     std::unique_ptr<DebouncedSaver> m_debouncedSaver;
     std::unique_ptr<CanvasViewModel> m_canvasViewModel;
+    std::unique_ptr<VoiceRecordingService> m_voiceRecording;
+    std::unique_ptr<UnusedRecordings> m_unusedRecordings;
     std::unique_ptr<SyncStatus> m_syncStatus;
     std::unique_ptr<EmbeddingService> m_embeddings;
     /// The canvas owns it.
@@ -114,9 +125,12 @@ private:
     std::unique_ptr<FlipEngine> m_flipEngine;
     std::unique_ptr<HttpClient> m_httpClient;
     std::unique_ptr<SyncEngine> m_syncEngine;
+    std::unique_ptr<FeedbackService> m_feedbackService;
+    std::unique_ptr<FeedbackSurvey> m_feedbackSurvey;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<OnboardingWindowController> m_onboardingWindowController;
     std::unique_ptr<WhatsNewWindowController> m_whatsNewWindowController;
+    std::unique_ptr<FeedbackWindowController> m_feedbackWindowController;
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
     std::function<void()> m_waitingWindow;
 

@@ -4,6 +4,7 @@ void qml_register_types_Tallowby_Platform();
 void qml_register_types_Tallowby_Model();
 void qml_register_types_Tallowby_Canvas();
 void qml_register_types_Tallowby_Blocks();
+void qml_register_types_Tallowby_Feedback();
 void qml_register_types_Tallowby_Guidance();
 void qml_register_types_Tallowby_Search();
 void qml_register_types_Tallowby_Flip();
@@ -16,6 +17,7 @@ void registerQmlTypes() {
     qml_register_types_Tallowby_Model();
     qml_register_types_Tallowby_Canvas();
     qml_register_types_Tallowby_Blocks();
+    qml_register_types_Tallowby_Feedback();
     qml_register_types_Tallowby_Guidance();
     qml_register_types_Tallowby_Search();
     qml_register_types_Tallowby_Flip();

@@ -11,4 +11,8 @@ namespace tallowby::MediaStorage {
 /// names no place for data.
 [[nodiscard]] std::optional<QString> directory();
 
+/// Where a recording of that name is. None when it is no bare name, which a record from elsewhere may carry, or when
+/// there is no such file in the folder itself.
+[[nodiscard]] std::optional<QString> existingFile(const QString &name);
+
 } // namespace tallowby::MediaStorage

@@ -21,6 +21,8 @@ struct HttpRequest {
     Headers headers;
     /// Of a post.
     QByteArray body;
+    /// Told from time to time how many bytes of the body are on their way.
+    std::function<void(qint64)> onSent = nullptr;
 };
 
 /// Whatever status the server gave, with the body whole.

@@ -57,15 +57,20 @@ QNetworkRequest toNetworkRequest(const HttpRequest &request) {
 /// Watches over one reply: gathers its parts and gives up one that is too slow or too large.
 class NetworkExchange final : public QObject, public HttpExchange {
 public:
-    NetworkExchange(Scheduler &scheduler, qint64 largestAnswer, QNetworkReply *reply, HttpClient::Done done)
+    NetworkExchange(Scheduler &scheduler, qint64 largestAnswer, QNetworkReply *reply,
+                    std::function<void(qint64)> onSent, HttpClient::Done done)
         : m_scheduler(scheduler)
         , m_largestAnswer(largestAnswer)
         , m_reply(reply)
+        , m_onSent(std::move(onSent))
         , m_done(std::move(done)) {
         connect(reply, &QNetworkReply::readyRead, this, [this] { gather(); });
         connect(reply, &QNetworkReply::uploadProgress, this, [this](qint64 sent, qint64) {
             if (sent > std::exchange(m_sent, sent)) {
                 noteProgress();
+                if (m_onSent) {
+                    m_onSent(sent);
+                }
             }
         });
         connect(reply, &QNetworkReply::finished, this, [this] { finish(); });
@@ -149,6 +154,7 @@ private:
     Scheduler &m_scheduler;
     const qint64 m_largestAnswer;
     QPointer<QNetworkReply> m_reply;
+    const std::function<void(qint64)> m_onSent;
     HttpClient::Done m_done;
     HttpResponse m_response;
     qint64 m_sent = 0;
@@ -167,7 +173,8 @@ std::unique_ptr<HttpExchange> NetworkHttpClient::send(HttpRequest request, Done 
     const QNetworkRequest network = toNetworkRequest(request);
     QNetworkReply *const reply =
         request.method == HttpRequest::Method::get ? m_network.get(network) : m_network.post(network, request.body);
-    return std::make_unique<NetworkExchange>(m_scheduler, m_largestAnswer, reply, std::move(done));
+    return std::make_unique<NetworkExchange>(m_scheduler, m_largestAnswer, reply, std::move(request.onSent),
+                                             std::move(done));
 }
 
 } // namespace tallowby

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/QmlTypes.h"
+#include "app/feedback/FeedbackWindowController.h"
 #include "app/onboarding/OnboardingWindowController.h"
 #include "app/settings/SettingsWindowController.h"
 #include "app/whatsnew/WhatsNewWindowController.h"
@@ -84,6 +85,25 @@ TEST_F(StartUp, WhatsNewComesWithTheFirstStartOfAnotherVersionOnly) {
     delegate.reset();
     start();
     EXPECT_EQ(delegate->whatsNew(), nullptr);
+}
+
+TEST_F(StartUp, TheSurveyIsOfferedOnceWhenNothingElseIsNew) {
+    const auto restart = [this] {
+        delegate.reset();
+        owned = std::make_unique<test::FakeDesktop>();
+        start();
+        return isOpen(delegate->feedback());
+    };
+    EXPECT_FALSE(restart()) << "whoever has just come cannot answer yet";
+    UserDefaults().setString(QStringLiteral("lastSeenAppVersion"), QStringLiteral("1.9"));
+    EXPECT_FALSE(restart()) << "What's New comes first";
+    EXPECT_TRUE(restart());
+    FeedbackWindowController &window = *delegate->feedback();
+    EXPECT_EQ(window.window()->size(), QSize(520, 680));
+    EXPECT_TRUE(window.window()->flags() & Qt::WindowStaysOnTopHint);
+    window.finish();
+    EXPECT_EQ(delegate->feedback(), nullptr);
+    EXPECT_FALSE(restart());
 }
 
 TEST_F(StartUp, WithoutTheKeyItAsksAndGoesOnByItselfOnce) {

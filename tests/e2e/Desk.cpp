@@ -53,11 +53,16 @@ void Desk::SetUp() {
 }
 
 void Desk::setKnowsCanvas(bool knows) {
+    setKept(QByteArrayLiteral("lastSeenFeedbackSurveyVersion=v1\n") +
+            (knows ? "tallowby.hasSeenCanvasTutorial=true\n" : ""));
+}
+
+void Desk::setKept(const QByteArray &lines) {
     const QString folder = m_environment.value(QStringLiteral("XDG_CONFIG_HOME")) + QStringLiteral("/Tallowby");
     ASSERT_TRUE(QDir().mkpath(folder));
     QFile stored(folder + QStringLiteral("/Tallowby.conf"));
     ASSERT_TRUE(stored.open(QFile::WriteOnly));
-    stored.write(knows ? "[General]\ntallowby.hasSeenCanvasTutorial=true\n" : "");
+    stored.write("[General]\n" + lines);
 }
 
 void Desk::startProgram() {

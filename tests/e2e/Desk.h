@@ -27,8 +27,10 @@ protected:
 
     void SetUp() override;
 
-    /// The person has seen the cards that show a newcomer around, or not.
+    /// The person has seen the cards that show a newcomer around, or not. The survey has been seen in any case.
     void setKnowsCanvas(bool knows);
+    /// What the program finds of earlier starts and choices, in place of all that it knew: lines of its settings.
+    void setKept(const QByteArray &lines);
     /// Starts the program and waits until it is ready.
     void startProgram();
     /// Another start of the program with one command; returns its exit code.

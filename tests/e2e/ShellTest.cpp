@@ -55,10 +55,12 @@ TEST_F(Shell, TheTrayMenuIsThereWheneverTheTrayComesAndDoesWhatItSays) {
     for (const TrayMenuRow &row : tray->menu(item)) {
         rows += row.isSeparator ? "-\n" : row.label.toStdString() + " (" + row.shortcut.toStdString() + ")\n";
     }
-    EXPECT_EQ(rows, "Settings… (Control+,)\n-\nQuit (Control+Q)\n");
+    EXPECT_EQ(rows, "Settings… (Control+,)\nSend Feedback… ()\n-\nQuit (Control+Q)\n");
 
     ASSERT_TRUE(tray->click(item, QStringLiteral("Settings…")));
     EXPECT_TRUE(eventually([this] { return windows.isActive(kSettingsWindow); }));
+    ASSERT_TRUE(tray->click(item, QStringLiteral("Send Feedback…")));
+    EXPECT_TRUE(eventually([this] { return windows.isActive(QStringLiteral("Tallowby Feedback")); }));
     tray->activate(item);
     EXPECT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
     ASSERT_TRUE(tray->click(item, QStringLiteral("Quit")));

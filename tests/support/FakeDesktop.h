@@ -10,6 +10,7 @@
 #include "platform/desktop/Presentation.h"
 #include "platform/desktop/StatusArea.h"
 #include "platform/desktop/Workspace.h"
+#include "support/FakeAudio.h"
 
 #include <QStringList>
 
@@ -149,6 +150,7 @@ private:
 class FakeDesktop final : public DesktopPlatform {
 public:
     FakeAccessibilityTrust trustService;
+    FakeAudio audioService;
     FakeDesktopCapture captureService;
     FakeDisplays displayService;
     FakeHotKeyService hotKeyService;
@@ -159,6 +161,7 @@ public:
     FakePresentation presentationService{workspaceService};
 
     [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return trustService; }
+    [[nodiscard]] Audio &audio() override { return audioService; }
     [[nodiscard]] DesktopCapture &desktopCapture() override { return captureService; }
     [[nodiscard]] Displays &displays() override { return displayService; }
     [[nodiscard]] HotKeyService &hotKeys() override { return hotKeyService; }

@@ -52,7 +52,7 @@ END
 # know_canvas: the person at the desk has seen the cards that show a newcomer around.
 know_canvas() {
   mkdir -p "$XDG_CONFIG_HOME/Tallowby"
-  printf '[General]\ntallowby.hasSeenCanvasTutorial=true\n' >"$XDG_CONFIG_HOME/Tallowby/Tallowby.conf"
+  printf '[General]\nlastSeenFeedbackSurveyVersion=v1\ntallowby.hasSeenCanvasTutorial=true\n' >"$XDG_CONFIG_HOME/Tallowby/Tallowby.conf"
 }
 
 window_manager_is_up() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }

@@ -24,17 +24,14 @@ ShellWindow {
     Flickable {
         id: page
 
-        // On a low screen the keyboard takes what it reaches into view.
-        readonly property Item focused: window.activeFocusItem
-        readonly property real focusedY: focused ? focused.mapToItem(column, 0, 0).y : 0
-
         anchors { fill: parent; topMargin: window.outerMargin; bottomMargin: bottom.height + window.outerMargin + Theme.spacePanel }
         clip: contentHeight > height
         interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
         contentHeight: column.implicitHeight
-        onFocusedChanged: contentY = Math.max(0, Math.min(contentHeight - height, Math.max(focusedY + 56 - height, Math.min(contentY, focusedY - 8))))
         ScrollBar.vertical: ThinScrollBar {}
+
+        FocusScroller { page: page }
 
         ColumnLayout {
             id: column

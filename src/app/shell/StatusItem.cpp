@@ -25,6 +25,8 @@ void StatusItem::makeMenu() {
     m_menu = std::make_unique<QMenu>();
     const QAction *settings = m_menu->addAction(tr("Settings…"), Qt::CTRL | Qt::Key_Comma);
     connect(settings, &QAction::triggered, this, m_actions.openSettings);
+    const QAction *feedback = m_menu->addAction(tr("Send Feedback…"));
+    connect(feedback, &QAction::triggered, this, m_actions.sendFeedback);
     m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(tr("Quit"), Qt::CTRL | Qt::Key_Q);
     connect(quit, &QAction::triggered, this, m_actions.quit);

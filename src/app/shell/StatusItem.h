@@ -16,6 +16,7 @@ class StatusArea;
 struct StatusItemActions {
     std::function<void()> toggle;
     std::function<void()> openSettings;
+    std::function<void()> sendFeedback;
     std::function<void()> quit;
 };
 

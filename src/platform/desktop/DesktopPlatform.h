@@ -5,6 +5,7 @@
 namespace tallowby {
 
 class AccessibilityTrust;
+class Audio;
 class DesktopCapture;
 class Displays;
 class HotKeyService;
@@ -22,6 +23,7 @@ public:
     virtual ~DesktopPlatform() = default;
 
     [[nodiscard]] virtual AccessibilityTrust &accessibilityTrust() = 0;
+    [[nodiscard]] virtual Audio &audio() = 0;
     [[nodiscard]] virtual DesktopCapture &desktopCapture() = 0;
     [[nodiscard]] virtual Displays &displays() = 0;
     [[nodiscard]] virtual HotKeyService &hotKeys() = 0;

@@ -3,6 +3,7 @@
 #include "platform/linux/DesktopMotionPreference.h"
 #include "platform/linux/TrayWatch.h"
 #include "platform/linux/XdgLoginItem.h"
+#include "platform/linux/sound/GstAudio.h"
 #include "platform/linux/x11/X11DesktopCapture.h"
 #include "platform/linux/x11/X11Displays.h"
 #include "platform/linux/x11/X11HotKeyService.h"
@@ -30,6 +31,7 @@ public:
         , m_trayWatch(m_x11) {}
 
     [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return m_trust; }
+    [[nodiscard]] Audio &audio() override { return m_audio; }
     [[nodiscard]] DesktopCapture &desktopCapture() override { return m_capture; }
     [[nodiscard]] Displays &displays() override { return m_displays; }
     [[nodiscard]] HotKeyService &hotKeys() override { return m_hotKeys; }
@@ -51,6 +53,7 @@ private:
     XdgLoginItem m_loginItem;
     DesktopMotionPreference m_motionPreference;
     TrayWatch m_trayWatch;
+    GstAudio m_audio;
 };
 
 } // namespace

@@ -30,6 +30,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor surfaceEdge READ surfaceEdge NOTIFY changed)
     Q_PROPERTY(QColor ink READ ink NOTIFY changed)
     Q_PROPERTY(QColor inkSoft READ inkSoft NOTIFY changed)
+    /// What may be passed over: beside the thing itself, another try at it.
+    Q_PROPERTY(QColor aside READ aside CONSTANT)
     Q_PROPERTY(QColor accent READ accent NOTIFY changed)
     /// Text on a ground of the accent.
     Q_PROPERTY(QColor accentInk READ accentInk NOTIFY changed)
@@ -104,6 +106,7 @@ public:
     [[nodiscard]] QColor surfaceEdge() const;
     [[nodiscard]] QColor ink() const { return palette().ink; }
     [[nodiscard]] QColor inkSoft() const { return palette().inkSoft; }
+    [[nodiscard]] QColor aside() const { return {0xAA, 0xAA, 0xAA}; }
     [[nodiscard]] QColor accent() const { return palette().accent; }
     [[nodiscard]] QColor accentInk() const { return m_isDark ? palette().canvas : palette().surface; }
     [[nodiscard]] QColor danger() const { return palette().danger; }

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/desktop/Audio.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+namespace tallowby {
+
+/// Sound by GStreamer. `TALLOWBY_AUDIO_SOURCE` and `TALLOWBY_AUDIO_SINK` in the environment name elements to record
+/// from and to play to, in place of the system's devices.
+class GstAudio final : public QObject, public Audio {
+    Q_OBJECT
+
+public:
+    explicit GstAudio(QObject *parent = nullptr);
+    /// Waits until recordings that were stopped are whole.
+    ~GstAudio() override;
+
+    void prepare() override;
+    [[nodiscard]] QList<AudioDevice> microphones() override;
+    [[nodiscard]] AudioResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override;
+    [[nodiscard]] AudioResult<AudioPlayer> makePlayer(const QString &path) override;
+    void readLoudness(const QString &path, std::function<void(const QList<float> &)> done) override;
+
+private:
+    /// Finishes files and reads them; has no thread while there is nothing to do.
+    QThreadPool m_work;
+};
+
+} // namespace tallowby

@@ -1,0 +1,142 @@
+#include "platform/linux/sound/GstAudio.h"
+#include "platform/linux/sound/Pipeline.h"
+#include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include <algorithm>
+#include <optional>
+
+namespace tallowby::test {
+
+namespace {
+
+/// A microphone that hears a tone of 440 Hz, and a loudspeaker that keeps its time in silence.
+class GstAudioTest : public testing::Test {
+protected:
+    GstAudioTest() {
+        qputenv("TALLOWBY_AUDIO_SOURCE", "audiotestsrc");
+        qputenv("TALLOWBY_AUDIO_SINK", "fakesink");
+    }
+    ~GstAudioTest() override {
+        qunsetenv("TALLOWBY_AUDIO_SOURCE");
+        qunsetenv("TALLOWBY_AUDIO_SINK");
+    }
+
+    /// Records for so many seconds; returns what the recorder said of its time.
+    double record(const QString &path, double seconds, const QString &copyBeforeEnd = {}) {
+        auto [recorder, error] = audio.makeRecorder(path, {});
+        EXPECT_TRUE(recorder) << qPrintable(error);
+        if (!recorder || !recorder->record()) {
+            return 0;
+        }
+        EXPECT_TRUE(waitUntil([&] { return recorder->currentTime() >= seconds; }));
+        EXPECT_GT(recorder->level(), 0.8);
+        EXPECT_FALSE(recorder->hasFailed());
+        if (!copyBeforeEnd.isEmpty()) {
+            EXPECT_TRUE(QFile::copy(path, copyBeforeEnd));
+        }
+        const double time = recorder->currentTime();
+        bool isFinished = false;
+        recorder->stop([&isFinished] { isFinished = true; });
+        EXPECT_TRUE(waitUntil([&] { return isFinished; }));
+        return time;
+    }
+    /// How often the sound of the file swings in a second.
+    [[nodiscard]] double pitch(const QString &path) {
+        QString error;
+        const QString raw = folder.file(QStringLiteral("raw"));
+        const auto pipeline = Pipeline::parse(
+            QStringLiteral("filesrc name=file ! decodebin ! audioconvert ! audio/x-raw,format=S16LE,channels=1 ! "
+                           "filesink name=out"),
+            error);
+        EXPECT_TRUE(pipeline) << qPrintable(error);
+        g_object_set(pipeline->element("file").get(), "location", path.toUtf8().constData(), nullptr);
+        g_object_set(pipeline->element("out").get(), "location", raw.toUtf8().constData(), nullptr);
+        EXPECT_TRUE(pipeline->setState(GST_STATE_PLAYING));
+        EXPECT_TRUE(pipeline->next(GST_MESSAGE_EOS, 20 * GST_SECOND));
+        QFile file(raw);
+        EXPECT_TRUE(file.open(QFile::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        const auto *samples = reinterpret_cast<const qint16 *>(bytes.constData());
+        // A second from the middle, where the encoder has settled.
+        constexpr qsizetype kRate = 44'100;
+        const qsizetype count = bytes.size() / 2;
+        const qsizetype from = std::max<qsizetype>(1, count / 2 - kRate / 2);
+        const qsizetype to = std::min(count, from + kRate);
+        int rises = 0;
+        for (qsizetype i = from; i < to; ++i) {
+            rises += samples[i - 1] < 0 && samples[i] >= 0;
+        }
+        return double(rises) * kRate / double(to - from);
+    }
+
+    TemporaryFolder folder;
+    GstAudio audio;
+};
+
+} // namespace
+
+TEST_F(GstAudioTest, WhatIsRecordedIsInTheFileAndIsPlayed) {
+    const QString path = folder.file(QStringLiteral("note.m4a"));
+    const QString crashed = folder.file(QStringLiteral("crashed.m4a"));
+    const double time = record(path, 2.6, crashed);
+    EXPECT_NEAR(pitch(path), 440, 4);
+    EXPECT_EQ(QFile(path).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+
+    auto [player, error] = audio.makePlayer(path);
+    ASSERT_TRUE(player) << qPrintable(error);
+    EXPECT_NEAR(player->duration(), time, 0.4);
+    EXPECT_FALSE(player->isPlaying());
+    player->setCurrentTime(player->duration() - 0.5);
+    EXPECT_NEAR(player->currentTime(), player->duration() - 0.5, 0.05);
+    player->setRate(2);
+    EXPECT_NEAR(player->currentTime(), player->duration() - 0.5, 0.05);
+    player->play();
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_TRUE(waitUntil([&] { return !player->isPlaying(); }));
+    player->play();
+    EXPECT_TRUE(player->isPlaying());
+    EXPECT_LT(player->currentTime(), player->duration() / 2) << "from the beginning again";
+    player->pause();
+
+    EXPECT_GT(audio.makePlayer(crashed).made ? 1 : 0, 0) << "cut short, it is a recording still";
+}
+
+TEST_F(GstAudioTest, LoudnessIsReadFromTheFile) {
+    const QString path = folder.file(QStringLiteral("note.m4a"));
+    static_cast<void>(record(path, 1));
+    std::optional<QList<float>> pieces;
+    audio.readLoudness(path, [&pieces](const QList<float> &read) { pieces = read; });
+    ASSERT_TRUE(waitUntil([&] { return pieces.has_value(); }));
+    ASSERT_GT(pieces->size(), 20);
+    EXPECT_GT(pieces->at(pieces->size() / 2), 0.8F);
+
+    QFile text(folder.file(QStringLiteral("text.m4a")));
+    ASSERT_TRUE(text.open(QFile::WriteOnly));
+    text.write("no sound at all");
+    text.close();
+    pieces.reset();
+    audio.readLoudness(text.fileName(), [&pieces](const QList<float> &read) { pieces = read; });
+    ASSERT_TRUE(waitUntil([&] { return pieces.has_value(); }));
+    EXPECT_TRUE(pieces->isEmpty());
+    const auto [player, error] = audio.makePlayer(text.fileName());
+    EXPECT_FALSE(player);
+    EXPECT_FALSE(error.isEmpty());
+}
+
+TEST_F(GstAudioTest, WhatCannotBeRecordedSaysWhy) {
+    EXPECT_FALSE(audio.makeRecorder(folder.file(QStringLiteral("none/note.m4a")), {}).error.isEmpty());
+    qputenv("TALLOWBY_AUDIO_SOURCE", "nosuchelement");
+    const QString path = folder.file(QStringLiteral("note.m4a"));
+    EXPECT_FALSE(audio.makeRecorder(path, {}).error.isEmpty());
+    EXPECT_FALSE(QFile::exists(path));
+    // A recorder that is never started, nor stopped, ends by itself.
+    qputenv("TALLOWBY_AUDIO_SOURCE", "audiotestsrc");
+    EXPECT_TRUE(audio.makeRecorder(path, {}).made);
+}
+
+} // namespace tallowby::test
