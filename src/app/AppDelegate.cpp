@@ -20,6 +20,7 @@
 #include "flip/hotkey/HotkeyListener.h"
 #include "guidance/CanvasTutorialOverlayView.h"
 #include "media/UnusedRecordings.h"
+#include "media/VideoRecordingService.h"
 #include "media/VoiceRecordingService.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
@@ -289,6 +290,10 @@ QQuickItem *AppDelegate::makeCanvas() {
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
     m_voiceRecording = std::make_unique<VoiceRecordingService>(m_platform->audio(), *m_storage, m_scheduler);
     m_voiceRecording->share();
+    m_sessionQueue = std::make_unique<ThreadSessionQueue>(m_scheduler);
+    m_videoRecording =
+        std::make_unique<VideoRecordingService>(m_platform->video(), *m_sessionQueue, *m_storage, m_scheduler);
+    m_videoRecording->share();
     m_unusedRecordings = std::make_unique<UnusedRecordings>(*m_storage, m_scheduler);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
     view->setMotionPreference(&m_motionPreference);

@@ -22,18 +22,6 @@ BlockKind withToolbar(BlockKind kind, QLatin1StringView toolbar, const BlockColo
     return kind;
 }
 
-/// A kind that is shown as a plain card.
-BlockKind plain(BlockType type, const QString &name, const QString &symbol,
-                QColor (Theme::*miniMapColor)() const = &Theme::inkSoft) {
-    return {.type = type,
-            .name = name,
-            .symbol = symbol,
-            .body = qmlFile(QLatin1StringView("PlainBlock")),
-            .isEditable = false,
-            .accessibleRole = QAccessible::Grouping,
-            .miniMapColor = miniMapColor};
-}
-
 /// A kind that is typed into once it is selected.
 BlockKind edited(BlockType type, const QString &name, const QString &symbol, QLatin1StringView body,
                  QAccessible::Role role, QColor (Theme::*miniMapColor)() const) {
@@ -114,7 +102,12 @@ const BlockKindRegistry &blockKinds() {
              .body = qmlFile(QLatin1StringView("VoiceNoteBlock")),
              .isEditable = false,
              .accessibleRole = QAccessible::Grouping},
-            plain(BlockType::videoNote, Names::tr("Video note"), QStringLiteral("video")),
+            {.type = BlockType::videoNote,
+             .name = Names::tr("Video note"),
+             .symbol = QStringLiteral("video"),
+             .body = qmlFile(QLatin1StringView("VideoNoteBlock")),
+             .isEditable = false,
+             .accessibleRole = QAccessible::Grouping},
             {.type = BlockType::icon,
              .name = Names::tr("Icon"),
              .symbol = QStringLiteral("star"),

@@ -36,7 +36,7 @@ void FeedbackVoiceRecorder::startRecording() {
     const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral("-feedback.m4a");
     const std::optional<QString> folder = MediaStorage::directory();
     auto [recorder, error] = folder ? m_audio.makeRecorder(*folder + u'/' + name, {})
-                                    : AudioResult<AudioRecorder>{nullptr, QStringLiteral("there is no place for it")};
+                                    : MediaResult<AudioRecorder>{nullptr, QStringLiteral("there is no place for it")};
     if (!recorder) {
         logLine(QString(u"[FeedbackVoiceRecorder] Record failed: " + error));
         return;

@@ -48,7 +48,7 @@ void VoiceRecordingService::startRecording(Block &block) {
     const QString fileName = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".m4a");
     const std::optional<QString> folder = MediaStorage::directory();
     auto [recorder, error] = folder ? m_audio.makeRecorder(*folder + u'/' + fileName, m_microphoneId)
-                                    : AudioResult<AudioRecorder>{nullptr, QStringLiteral("there is no place for it")};
+                                    : MediaResult<AudioRecorder>{nullptr, QStringLiteral("there is no place for it")};
     if (!recorder) {
         logLine(QString(u"[VoiceRecordingService] Record failed: " + error));
         return;

@@ -51,7 +51,7 @@ public:
     /// How loud the file is, piece by piece; nothing while it is being read, after which `loudnessRead` tells.
     [[nodiscard]] QList<float> loudness(const QString &fileName);
 
-    [[nodiscard]] QList<AudioDevice> microphones() { return m_audio.microphones(); }
+    [[nodiscard]] QList<MediaDevice> microphones() { return m_audio.microphones(); }
     [[nodiscard]] const QString &microphoneId() const { return m_microphoneId; }
     /// Empty for the system's own choice.
     void setMicrophoneId(const QString &id) { m_microphoneId = id; }

@@ -16,6 +16,7 @@ struct Timestamp {
     [[nodiscard]] static Timestamp from(std::chrono::system_clock::time_point time) {
         return {std::chrono::duration<double>(time.time_since_epoch() - kReferenceDate).count()};
     }
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the 0 in the default for a pointer.
     friend auto operator<=>(const Timestamp &, const Timestamp &) = default;
 };
 

@@ -1,5 +1,5 @@
-#include "platform/linux/sound/GstAudio.h"
-#include "platform/linux/sound/Pipeline.h"
+#include "platform/linux/gstreamer/GstAudio.h"
+#include "platform/linux/gstreamer/Pipeline.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 

@@ -37,7 +37,7 @@ public:
     QString playingError;
     /// Of what is played.
     double duration = 10;
-    QList<AudioDevice> devices;
+    QList<MediaDevice> devices;
     QList<float> pieces{0.2F, 0.8F};
     std::vector<std::shared_ptr<Recording>> recordings;
     std::vector<std::shared_ptr<Playback>> playbacks;
@@ -49,9 +49,9 @@ public:
     void finish() { std::exchange(recording().finished, nullptr)(); }
 
     void prepare() override {}
-    [[nodiscard]] QList<AudioDevice> microphones() override { return devices; }
+    [[nodiscard]] QList<MediaDevice> microphones() override { return devices; }
 
-    [[nodiscard]] AudioResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override {
+    [[nodiscard]] MediaResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override {
         if (!recordingError.isEmpty()) {
             return {nullptr, recordingError};
         }
@@ -60,7 +60,7 @@ public:
         return {std::make_unique<Recorder>(recordings.back()), {}};
     }
 
-    [[nodiscard]] AudioResult<AudioPlayer> makePlayer(const QString &path) override {
+    [[nodiscard]] MediaResult<AudioPlayer> makePlayer(const QString &path) override {
         if (!playingError.isEmpty()) {
             return {nullptr, playingError};
         }

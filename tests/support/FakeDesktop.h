@@ -11,6 +11,7 @@
 #include "platform/desktop/StatusArea.h"
 #include "platform/desktop/Workspace.h"
 #include "support/FakeAudio.h"
+#include "support/FakeVideo.h"
 
 #include <QStringList>
 
@@ -157,6 +158,7 @@ public:
     FakeLoginItem loginItemService;
     FakeMotionPreference motionService;
     FakeStatusArea statusAreaService;
+    FakeVideo videoService;
     FakeWorkspace workspaceService;
     FakePresentation presentationService{workspaceService};
 
@@ -169,6 +171,7 @@ public:
     [[nodiscard]] MotionPreference &motionPreference() override { return motionService; }
     [[nodiscard]] Presentation &presentation() override { return presentationService; }
     [[nodiscard]] StatusArea &statusArea() override { return statusAreaService; }
+    [[nodiscard]] Video &video() override { return videoService; }
     [[nodiscard]] Workspace &workspace() override { return workspaceService; }
 };
 

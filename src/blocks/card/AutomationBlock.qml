@@ -3,7 +3,7 @@ import Tallowby.Blocks
 import Tallowby.Platform
 
 /// What an automation has answered, on a card, and that none runs.
-PlainBlockContent {
+AutomationBlockContent {
     id: content
 
     readonly property bool isSmall: content.width < 120 || content.height < 56

@@ -80,7 +80,7 @@ VoiceNoteBlockContent {
         wrapMode: Text.Wrap
     }
 
-    VoiceNoteButton {
+    RecordingButton {
         anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: Theme.spaceCard }
         visible: content.hasRoom && !content.isReady
         detail: content.detail
@@ -138,13 +138,13 @@ VoiceNoteBlockContent {
             text: content.durationText
         }
 
-        VoiceNoteLink {
+        RecordingLink {
             anchors { left: parent.left; bottom: parent.bottom }
             text: qsTr("Re-record")
             onClicked: content.record()
         }
 
-        VoiceNoteLink {
+        RecordingLink {
             anchors { right: parent.right; bottom: parent.bottom }
             text: content.rateText
             Accessible.name: qsTr("Speed %1").arg(content.rateText)

@@ -162,7 +162,7 @@ bool VoiceNoteBlockContent::startPlayback() {
     }
     const std::optional<QString> path = VoiceRecordingService::existingFile(*block());
     auto [player, error] =
-        path ? m_service->audio().makePlayer(*path) : AudioResult<AudioPlayer>{nullptr, QStringLiteral("no such file")};
+        path ? m_service->audio().makePlayer(*path) : MediaResult<AudioPlayer>{nullptr, QStringLiteral("no such file")};
     if (!player) {
         logLine(QString(u"[VoiceNote] Playback failed: " + error));
         Q_EMIT stateChanged();
@@ -248,7 +248,7 @@ std::vector<MenuEntry> VoiceNoteBlockContent::menuEntries() {
                          }};
     };
     std::vector<MenuEntry> microphones{choose(tr("Chosen by the system"), {})};
-    for (const AudioDevice &microphone : m_service->microphones()) {
+    for (const MediaDevice &microphone : m_service->microphones()) {
         microphones.push_back(choose(microphone.name, microphone.id));
     }
     return {{.text = tr("Microphone"), .symbol = QStringLiteral("mic"), .children = std::move(microphones)}};

@@ -123,8 +123,9 @@ InkedPixels::InkedPixels(const QImage &picture)
 }
 
 qint64 InkedPixels::sizeInBytes() const {
-    return qint64(m_pixels.size() * sizeof(std::uint32_t) + m_runs.size() * sizeof(Run) +
-                  m_rowStarts.size() * sizeof(std::size_t));
+    const std::size_t bytes = m_pixels.size() * sizeof(std::uint32_t) + m_runs.size() * sizeof(Run) +
+                              m_rowStarts.size() * sizeof(std::size_t);
+    return qint64(bytes);
 }
 
 QImage InkedPixels::image() const {

@@ -141,6 +141,7 @@ void CanvasViewModel::duplicateSelected() {
         return;
     }
     std::vector<BlockPtr> copies;
+    copies.reserve(selected.size());
     for (const BlockPtr &block : selected) {
         copies.push_back(placeCopyOf(*block));
     }

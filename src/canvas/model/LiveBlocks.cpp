@@ -26,8 +26,8 @@ void LiveBlocks::assign(std::vector<BlockPtr> blocks) {
     std::ranges::stable_sort(entries, {}, &Entry::zIndex);
     m_blocks.clear();
     m_reaches.clear();
-    for (Entry &entry : entries) {
-        append(std::move(entry.block));
+    for (const Entry &entry : entries) {
+        append(entry.block);
     }
 }
 

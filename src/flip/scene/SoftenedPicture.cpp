@@ -26,7 +26,8 @@ Weights gaussianWeights() {
     float sum = 0;
     for (int i = -kReach; i <= kReach; ++i) {
         const float weight = std::exp(-float(i * i) / (2 * kDeviation * kDeviation));
-        weights[std::size_t(i + kReach)] = weight;
+        const int place = i + kReach;
+        weights[std::size_t(place)] = weight;
         sum += weight;
     }
     for (float &weight : weights) {
@@ -44,7 +45,8 @@ std::vector<Color> blurredAcross(const std::vector<Color> &source, int width, in
         for (int x = 0; x < width; ++x) {
             Color sum{};
             for (int i = -kReach; i <= kReach; ++i) {
-                sum += row[std::clamp(x + i, 0, width - 1)] * kWeights[std::size_t(i + kReach)];
+                const int place = i + kReach;
+                sum += row[std::clamp(x + i, 0, width - 1)] * kWeights[std::size_t(place)];
             }
             result[std::size_t(x) * std::size_t(height) + std::size_t(y)] = sum;
         }

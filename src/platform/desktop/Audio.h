@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QList>
-#include <QString>
+#include "platform/desktop/MediaDevice.h"
 
 #include <functional>
 #include <memory>
@@ -44,19 +43,6 @@ public:
     virtual void setRate(double rate) = 0;
 };
 
-/// A microphone; `id` stands for it as long as it is connected.
-struct AudioDevice {
-    QString id;
-    QString name;
-};
-
-/// What could not be made, and why, in words for the log.
-template <typename Made>
-struct AudioResult {
-    std::unique_ptr<Made> made;
-    QString error;
-};
-
 /// Recording and playing. Nothing is loaded, and no device looked for, until it is asked for. Main thread only.
 class Audio {
 public:
@@ -64,11 +50,11 @@ public:
 
     /// Loads in the background what the first recording or playback would have to wait for.
     virtual void prepare() = 0;
-    [[nodiscard]] virtual QList<AudioDevice> microphones() = 0;
+    [[nodiscard]] virtual QList<MediaDevice> microphones() = 0;
     /// Records to a file that does not exist yet: MPEG-4 AAC, 44,100 Hz, one channel. An empty id stands for the
     /// system's choice, as does one that is not connected any more.
-    [[nodiscard]] virtual AudioResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) = 0;
-    [[nodiscard]] virtual AudioResult<AudioPlayer> makePlayer(const QString &path) = 0;
+    [[nodiscard]] virtual MediaResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) = 0;
+    [[nodiscard]] virtual MediaResult<AudioPlayer> makePlayer(const QString &path) = 0;
     /// How loud the file is, from 0 to 1, in pieces of equal length one after another. Read by another thread; `done`
     /// is called later and on the main thread, with nothing when the file cannot be read. Not after the end of this
     /// object.

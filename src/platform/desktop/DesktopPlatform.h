@@ -14,6 +14,7 @@ class MotionPreference;
 class Presentation;
 class Scheduler;
 class StatusArea;
+class Video;
 class Workspace;
 
 /// Everything that the desktop gives, for one run of the program. Made once, after the QGuiApplication and on its
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] virtual MotionPreference &motionPreference() = 0;
     [[nodiscard]] virtual Presentation &presentation() = 0;
     [[nodiscard]] virtual StatusArea &statusArea() = 0;
+    [[nodiscard]] virtual Video &video() = 0;
     [[nodiscard]] virtual Workspace &workspace() = 0;
 };
 

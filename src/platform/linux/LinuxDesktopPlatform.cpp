@@ -3,7 +3,8 @@
 #include "platform/linux/DesktopMotionPreference.h"
 #include "platform/linux/TrayWatch.h"
 #include "platform/linux/XdgLoginItem.h"
-#include "platform/linux/sound/GstAudio.h"
+#include "platform/linux/gstreamer/GstAudio.h"
+#include "platform/linux/gstreamer/GstVideo.h"
 #include "platform/linux/x11/X11DesktopCapture.h"
 #include "platform/linux/x11/X11Displays.h"
 #include "platform/linux/x11/X11HotKeyService.h"
@@ -32,6 +33,7 @@ public:
 
     [[nodiscard]] AccessibilityTrust &accessibilityTrust() override { return m_trust; }
     [[nodiscard]] Audio &audio() override { return m_audio; }
+    [[nodiscard]] Video &video() override { return m_video; }
     [[nodiscard]] DesktopCapture &desktopCapture() override { return m_capture; }
     [[nodiscard]] Displays &displays() override { return m_displays; }
     [[nodiscard]] HotKeyService &hotKeys() override { return m_hotKeys; }
@@ -54,6 +56,7 @@ private:
     DesktopMotionPreference m_motionPreference;
     TrayWatch m_trayWatch;
     GstAudio m_audio;
+    GstVideo m_video;
 };
 
 } // namespace

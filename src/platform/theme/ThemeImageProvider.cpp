@@ -82,7 +82,7 @@ QImage shadowImage(int blur, int radius) {
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < side; ++y) {
         for (int x = 0; x < side; ++x) {
-            image.setPixelColor(x, y, QColor(0, 0, 0, int(alpha[std::size_t(y * side + x)])));
+            image.setPixelColor(x, y, QColor(0, 0, 0, int(alpha[std::size_t(y) * std::size_t(side) + std::size_t(x)])));
         }
     }
     return image;

@@ -9,9 +9,11 @@ T.AbstractButton {
     required property string symbol
     required property real detail
     property bool isStrong: false
+    /// Only the symbol.
+    property bool isRound: false
 
-    implicitWidth: implicitContentWidth + 12
-    implicitHeight: 30
+    implicitWidth: isRound ? 40 : implicitContentWidth + 12
+    implicitHeight: isRound ? 40 : 30
     focusPolicy: Qt.NoFocus
     Accessible.role: Accessible.Button
     Accessible.name: text
@@ -22,17 +24,18 @@ T.AbstractButton {
         border { width: 1; color: button.isStrong ? Theme.danger : Theme.surfaceEdge }
     }
     contentItem: Row {
-        leftPadding: 12
+        leftPadding: button.isRound ? (button.width - Theme.iconSmall) / 2 : 12
         spacing: Theme.spaceSmall
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
             name: button.symbol
             detail: button.detail
-            color: button.isStrong ? Theme.surface : Theme.danger
+            color: button.isStrong ? Theme.surface : button.isRound ? Theme.ink : Theme.danger
         }
 
         Text {
+            visible: !button.isRound
             anchors.verticalCenter: parent.verticalCenter
             color: button.isStrong ? Theme.surface : Theme.ink
             font { family: Theme.uiFamily; pixelSize: Theme.labelSize; weight: Font.Medium }

@@ -1,4 +1,4 @@
-#include "platform/linux/sound/GstAudioPlayer.h"
+#include "platform/linux/gstreamer/GstAudioPlayer.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,7 +11,7 @@ constexpr GstClockTime kLongestOpening = 2 * GST_SECOND;
 
 } // namespace
 
-AudioResult<AudioPlayer> GstAudioPlayer::make(const QString &path, const QString &sink) {
+MediaResult<AudioPlayer> GstAudioPlayer::make(const QString &path, const QString &sink) {
     QString error;
     auto pipeline = Pipeline::parse(QStringLiteral("filesrc name=file ! decodebin ! audioconvert ! scaletempo ! "
                                                    "audioconvert ! audioresample ! %1 name=out")

@@ -4,8 +4,8 @@
 
 namespace tallowby {
 
-/// The body of a kind that is shown as a plain card.
-class PlainBlockContent : public tallowby::BlockBody {
+/// The body of an automation: a card that tells what it would do.
+class AutomationBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
     /// How the block's text begins.

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "platform/desktop/Audio.h"
-#include "platform/linux/sound/Pipeline.h"
+#include "platform/linux/gstreamer/Pipeline.h"
 
 namespace tallowby {
 
 class GstAudioPlayer final : public AudioPlayer {
 public:
     /// Waits until the file has been opened, which takes some milliseconds.
-    [[nodiscard]] static AudioResult<AudioPlayer> make(const QString &path, const QString &sink);
+    [[nodiscard]] static MediaResult<AudioPlayer> make(const QString &path, const QString &sink);
     GstAudioPlayer(std::unique_ptr<Pipeline> pipeline, double duration);
 
     void play() override;

@@ -1,4 +1,4 @@
-#include "platform/linux/sound/Pipeline.h"
+#include "platform/linux/gstreamer/Pipeline.h"
 
 #include <algorithm>
 #include <cmath>

@@ -18,9 +18,9 @@ public:
     ~GstAudio() override;
 
     void prepare() override;
-    [[nodiscard]] QList<AudioDevice> microphones() override;
-    [[nodiscard]] AudioResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override;
-    [[nodiscard]] AudioResult<AudioPlayer> makePlayer(const QString &path) override;
+    [[nodiscard]] QList<MediaDevice> microphones() override;
+    [[nodiscard]] MediaResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override;
+    [[nodiscard]] MediaResult<AudioPlayer> makePlayer(const QString &path) override;
     void readLoudness(const QString &path, std::function<void(const QList<float> &)> done) override;
 
 private:

@@ -1,4 +1,4 @@
-#include "platform/linux/sound/GstAudioRecorder.h"
+#include "platform/linux/gstreamer/GstAudioRecorder.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -17,19 +17,11 @@ const QString kDescription =
                    "post-messages=true ! queue ! avenc_aac bitrate=96000 ! aacparse ! mp4mux fragment-duration=1000 "
                    "fragment-mode=first-moov-then-finalise ! filesink name=file");
 
-/// A source of tests gives sound at the pace of a real one.
-void makeLive(GstElement *source) {
-    if (g_object_class_find_property(G_OBJECT_GET_CLASS(source), "is-live")) {
-        g_object_set(source, "is-live", TRUE, nullptr);
-    }
-}
-
 } // namespace
 
-AudioResult<AudioRecorder> GstAudioRecorder::make(GstElement *source, const QString &path, QThreadPool &work) {
+MediaResult<AudioRecorder> GstAudioRecorder::make(GstElement *source, const QString &path, QThreadPool &work) {
     // The pipeline takes the source over; until then it is ours.
     const GstPointer<GstElement> held(GST_ELEMENT(gst_object_ref_sink(source)));
-    makeLive(source);
     QString error;
     auto pipeline = Pipeline::parse(kDescription, error);
     if (!pipeline) {

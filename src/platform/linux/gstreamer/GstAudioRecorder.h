@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/desktop/Audio.h"
-#include "platform/linux/sound/Pipeline.h"
+#include "platform/linux/gstreamer/Pipeline.h"
 
 class QThreadPool;
 
@@ -12,7 +12,7 @@ namespace tallowby {
 class GstAudioRecorder final : public AudioRecorder {
 public:
     /// Takes over the source. `work`, in which the file is finished, outlives the recorder.
-    [[nodiscard]] static AudioResult<AudioRecorder> make(GstElement *source, const QString &path, QThreadPool &work);
+    [[nodiscard]] static MediaResult<AudioRecorder> make(GstElement *source, const QString &path, QThreadPool &work);
     GstAudioRecorder(std::unique_ptr<Pipeline> pipeline, QThreadPool &work);
     ~GstAudioRecorder() override;
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/desktop/Video.h"
+#include "platform/linux/gstreamer/Pipeline.h"
+
+#include <QObject>
+
+namespace tallowby {
+
+/// Decoders and threads are there only while it plays; between, the last picture is.
+class GstMoviePlayer final : public QObject, public MoviePlayer {
+    Q_OBJECT
+
+public:
+    /// Returns before the file has been opened; one that cannot be played comes to its end at once.
+    [[nodiscard]] static MediaResult<MoviePlayer> make(const QString &path, const QString &audioSink);
+    /// `pictures` is the pipeline's, and holds the sink of that name.
+    GstMoviePlayer(std::unique_ptr<Pipeline> pipeline, GstElement *pictures);
+    ~GstMoviePlayer() override;
+
+    [[nodiscard]] std::shared_ptr<VideoFrames> frames() const override { return m_frames; }
+    void playFromStart() override;
+    void pause() override;
+    void onEnd(std::function<void()> ended) override { m_ended = std::move(ended); }
+
+private:
+    static GstBusSyncReply onMessage(GstBus *bus, GstMessage *message, gpointer player);
+    void end();
+
+    std::unique_ptr<Pipeline> m_pipeline;
+    std::shared_ptr<VideoFrames> m_frames = std::make_shared<VideoFrames>();
+    std::function<void()> m_ended;
+    bool m_isPlaying = false;
+};
+
+} // namespace tallowby

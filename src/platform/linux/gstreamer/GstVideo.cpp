@@ -1,0 +1,60 @@
+#include "platform/linux/gstreamer/GstVideo.h"
+
+#include "platform/linux/gstreamer/Devices.h"
+#include "platform/linux/gstreamer/GstCaptureSession.h"
+#include "platform/linux/gstreamer/GstMoviePlayer.h"
+
+#include <QDir>
+
+#include <algorithm>
+
+#include <unistd.h>
+
+namespace tallowby {
+
+namespace {
+
+constexpr std::chrono::milliseconds kIdleThread{2'000};
+const QString kDevices = QStringLiteral("/dev");
+
+} // namespace
+
+GstVideo::GstVideo() {
+    m_work.setMaxThreadCount(1);
+    m_work.setExpiryTimeout(int(kIdleThread.count()));
+}
+
+GstVideo::~GstVideo() {
+    m_work.waitForDone();
+}
+
+CameraAccess GstVideo::cameraAccess() {
+    // Outside a sandbox a person may use a camera when the group of its device file lets them.
+    const QStringList cameras = QDir(kDevices).entryList({QStringLiteral("video*")}, QDir::System);
+    const bool isDenied = !cameras.isEmpty() && std::ranges::none_of(cameras, [](const QString &name) {
+        return access((kDevices + u'/' + name).toLocal8Bit().constData(), R_OK | W_OK) == 0;
+    });
+    return isDenied && qEnvironmentVariableIsEmpty("TALLOWBY_VIDEO_SOURCE") ? CameraAccess::denied
+                                                                            : CameraAccess::authorized;
+}
+
+void GstVideo::requestCameraAccess(std::function<void(bool)> answer) {
+    answer(cameraAccess() == CameraAccess::authorized);
+}
+
+QList<MediaDevice> GstVideo::cameras() {
+    return loadGStreamer().isEmpty() ? connectedDevices(DeviceKind::camera) : QList<MediaDevice>();
+}
+
+std::unique_ptr<CaptureSession> GstVideo::makeSession(const QString &cameraId, const QString &microphoneId) {
+    return std::make_unique<GstCaptureSession>(cameraId, microphoneId, m_work);
+}
+
+MediaResult<MoviePlayer> GstVideo::makePlayer(const QString &path) {
+    if (const QString error = loadGStreamer(); !error.isEmpty()) {
+        return {nullptr, error};
+    }
+    return GstMoviePlayer::make(path, elementFromEnvironment("TALLOWBY_AUDIO_SINK", QStringLiteral("autoaudiosink")));
+}
+
+} // namespace tallowby

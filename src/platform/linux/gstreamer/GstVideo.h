@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/desktop/Video.h"
+
+#include <QThreadPool>
+
+namespace tallowby {
+
+/// Films by GStreamer. `TALLOWBY_VIDEO_SOURCE` in the environment names an element in place of the camera; for sound
+/// see GstAudio.
+class GstVideo final : public Video {
+public:
+    GstVideo();
+    /// Waits until films that were stopped are whole.
+    ~GstVideo() override;
+
+    [[nodiscard]] CameraAccess cameraAccess() override;
+    void requestCameraAccess(std::function<void(bool)> answer) override;
+    [[nodiscard]] QList<MediaDevice> cameras() override;
+    [[nodiscard]] std::unique_ptr<CaptureSession> makeSession(const QString &cameraId,
+                                                              const QString &microphoneId) override;
+    [[nodiscard]] MediaResult<MoviePlayer> makePlayer(const QString &path) override;
+
+private:
+    /// Finishes files; has no thread while there is nothing to do.
+    QThreadPool m_work;
+};
+
+} // namespace tallowby

@@ -1,0 +1,165 @@
+#include "blocks/CanvasDriver.h"
+#include "blocks/video/VideoNoteBlockContent.h"
+#include "blocks/video/VideoSurface.h"
+#include "media/VideoRecordingService.h"
+#include "media/VirtualSessionQueue.h"
+#include "platform/AppEvents.h"
+#include "storage/BlockStorage.h"
+#include "storage/MediaStorage.h"
+#include "support/FakeVideo.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+namespace tallowby::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Phase = VideoNoteBlockContent::Phase;
+
+/// A video note of the size that a new one has, in the middle of the window.
+class VideoNoteBody : public testing::Test {
+protected:
+    VideoNoteBody() {
+        qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
+        service.share();
+        canvas.settle();
+    }
+    ~VideoNoteBody() override { qunsetenv("XDG_DATA_HOME"); }
+
+    [[nodiscard]] VideoNoteBlockContent &bodyOf(const BlockPtr &block) {
+        return *qobject_cast<VideoNoteBlockContent *>(canvas.containers().at(block.get())->body());
+    }
+    [[nodiscard]] BlockPtr addNote(const QByteArray &content) {
+        const BlockPtr block = canvas.add(BlockType::videoNote, {{-150, -110}, QSizeF(300, 220)});
+        block->setContent(content);
+        canvas.settle();
+        return block;
+    }
+    void advance(std::chrono::milliseconds time) {
+        canvas.settle();
+        scheduler.advance(time);
+        canvas.settle();
+    }
+    /// On the button in the middle of an empty note, and of one that can be played.
+    void clickMiddle() { canvas.click({400, 308}); }
+    void clickStop() { canvas.click({400, 410 - 26 - 8 - 15}); }
+
+    TemporaryFolder folder;
+    VirtualScheduler scheduler;
+    BlockStorage storage{scheduler, std::nullopt};
+    FakeVideo video;
+    VirtualSessionQueue queue{scheduler};
+    VideoRecordingService service{video, queue, storage, scheduler};
+    CanvasDriver canvas;
+};
+
+} // namespace
+
+TEST_F(VideoNoteBody, IsRecordedAndPlayedWithThePointer) {
+    const BlockPtr note = addNote({});
+    VideoNoteBlockContent &body = bodyOf(note);
+    EXPECT_EQ(body.phase(), Phase::empty);
+    clickMiddle();
+    advance(0ms);
+    ASSERT_EQ(body.phase(), Phase::preparing);
+    const QString name = note->mediaFileName().value_or(QString());
+    EXPECT_EQ(name, QUuid(name.left(36)).toString(QUuid::WithoutBraces).toUpper() + u".mp4") << "before it is recorded";
+    note->setNeedsSync(false);
+    advance(VideoRecorder::kWarmUp);
+    ASSERT_EQ(body.phase(), Phase::recording);
+    EXPECT_EQ(body.frames(), video.session().frames.get());
+    EXPECT_EQ(video.session().films, QStringList{*MediaStorage::directory() + u'/' + name});
+    advance(2'050ms);
+    EXPECT_EQ(body.durationText(), QStringLiteral("0:02"));
+    clickStop();
+    advance(0ms);
+    EXPECT_EQ(video.session().stops, 1);
+    video.finish();
+    advance(0ms);
+    ASSERT_EQ(body.phase(), Phase::ready);
+    EXPECT_NEAR(note->mediaDuration(), 2, 0.11) << "it is counted, not measured";
+    EXPECT_TRUE(note->needsSync());
+    EXPECT_EQ(body.frames(), video.playback().frames.get());
+    EXPECT_FALSE(body.isPlaying());
+
+    clickMiddle();
+    EXPECT_TRUE(body.isPlaying() && video.playback().isPlaying);
+    body.togglePlay();
+    EXPECT_FALSE(body.isPlaying() || video.playback().isPlaying);
+    body.togglePlay();
+    EXPECT_EQ(video.playback().starts, 2) << "from the beginning each time";
+    video.playback().ended();
+    EXPECT_FALSE(body.isPlaying());
+    body.togglePlay();
+    canvas.notifications.post(events::flipClosed);
+    advance(0ms);
+    EXPECT_FALSE(video.playback().isPlaying) << "nothing plays behind the desktop";
+    EXPECT_FALSE(video.session().isOpen) << "and nothing is filmed";
+
+    body.startRecording();
+    advance(1s);
+    EXPECT_NE(note->mediaFileName(), name);
+    ASSERT_EQ(body.phase(), Phase::recording);
+    EXPECT_EQ(video.sessions.size(), 2U);
+    note->setDeletedAt(Timestamp::from(scheduler.now()));
+    advance(100ms);
+    EXPECT_EQ(video.session().stops, 1) << "no camera stays open for a note in the bin";
+    EXPECT_EQ(video.playbacks.size(), 1U);
+}
+
+TEST_F(VideoNoteBody, WhatWasFilmedIsKeptWhenTheNoteGoesOutOfSight) {
+    const BlockPtr note = addNote({});
+    bodyOf(note).startRecording();
+    advance(3s);
+    canvas.model.updateVisibleBlocks({1e6, 1e6, 800, 600}, 1);
+    advance(0ms);
+    EXPECT_FALSE(video.session().isOpen);
+    EXPECT_GT(note->mediaDuration(), 2.5);
+    EXPECT_TRUE(note->needsSync());
+}
+
+TEST_F(VideoNoteBody, SaysWhatIsNotThereAndOpensNoOtherFile) {
+    const BlockPtr note = addNote(R"({"fileName":"FAR.mp4","duration":1e300})");
+    VideoNoteBlockContent &body = bodyOf(note);
+    EXPECT_EQ(body.phase(), Phase::missing);
+    ASSERT_TRUE(QFile(*MediaStorage::directory() + QStringLiteral("/FAR.mp4")).open(QFile::WriteOnly));
+    for (const QByteArray &name : {QByteArray("../media/FAR.mp4"), QByteArray("/etc/passwd"), QByteArray("..")}) {
+        note->setContent(R"({"duration":1,"fileName":")" + name + R"("})");
+        EXPECT_EQ(body.phase(), Phase::missing) << name.toStdString();
+    }
+    EXPECT_TRUE(video.playbacks.empty());
+    note->setContent(R"({"fileName":"FAR.mp4","duration":1e300})");
+    EXPECT_EQ(body.phase(), Phase::ready);
+    EXPECT_EQ(body.durationText(), QStringLiteral("1440:00"));
+    EXPECT_EQ(video.playback().path, *MediaStorage::directory() + QStringLiteral("/FAR.mp4"));
+
+    video.access = CameraAccess::denied;
+    EXPECT_TRUE(body.activate());
+    body.startRecording();
+    advance(0ms);
+    EXPECT_EQ(body.phase(), Phase::denied);
+    video.access = CameraAccess::authorized;
+    body.startRecording();
+    advance(1s);
+    video.finish(QStringLiteral("the disk is full"));
+    advance(0ms);
+    EXPECT_EQ(body.phase(), Phase::empty) << "it can be tried again";
+}
+
+TEST_F(VideoNoteBody, PicturesKeepTheirShape) {
+    const auto whole = VideoSurface::place({640, 480}, {276, 160}, false);
+    EXPECT_EQ(whole.source, QRectF(0, 0, 640, 480));
+    EXPECT_NEAR(whole.target.width() / whole.target.height(), 4.0 / 3, 0.01);
+    EXPECT_EQ(whole.target.height(), 160);
+    const auto filled = VideoSurface::place({640, 480}, {276, 160}, true);
+    EXPECT_EQ(filled.target, QRectF(0, 0, 276, 160));
+    EXPECT_EQ(filled.source.width(), 640);
+    EXPECT_NEAR(filled.source.width() / filled.source.height(), 276.0 / 160, 0.01);
+    EXPECT_NEAR(filled.source.center().y(), 240, 0.01);
+}
+
+} // namespace tallowby::test

@@ -1,0 +1,184 @@
+#include "platform/linux/gstreamer/GstVideo.h"
+#include "support/TemporaryFolder.h"
+#include "support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <QColor>
+#include <QDir>
+#include <QFile>
+
+#include <array>
+#include <atomic>
+#include <optional>
+
+namespace tallowby::test {
+
+namespace {
+
+/// A camera that sees the bars of a test card, a microphone that hears a tone, and a loudspeaker that keeps its time in
+/// silence.
+class GstVideoTest : public testing::Test {
+protected:
+    GstVideoTest() {
+        qputenv("TALLOWBY_VIDEO_SOURCE", "videotestsrc");
+        qputenv("TALLOWBY_AUDIO_SOURCE", "audiotestsrc");
+        qputenv("TALLOWBY_AUDIO_SINK", "fakesink");
+    }
+    ~GstVideoTest() override {
+        qunsetenv("TALLOWBY_VIDEO_SOURCE");
+        qunsetenv("TALLOWBY_AUDIO_SOURCE");
+        qunsetenv("TALLOWBY_AUDIO_SINK");
+    }
+
+    /// Tells whether the film came to a good end.
+    struct End {
+        std::atomic<bool> isThere = false;
+        std::optional<QString> error;
+        CaptureSession::Finished callback() {
+            return [this](std::optional<QString> told) {
+                error = std::move(told);
+                isThere = true;
+            };
+        }
+        [[nodiscard]] bool isGood() {
+            return waitUntil([this] { return isThere.load(); }) && !error;
+        }
+    };
+    /// From the left, as a camera or a film shows them: white, yellow, cyan, green, magenta, red, blue.
+    [[nodiscard]] static bool isTestCard(const QImage &picture) {
+        static constexpr std::array kHues{-1, 60, 180, 120, 300, 0, 240};
+        if (picture.width() < 480 || picture.height() < 270) {
+            return false;
+        }
+        for (std::size_t bar = 0; bar < kHues.size(); ++bar) {
+            const QColor seen(picture.pixel(picture.width() * (2 * int(bar) + 1) / 14, picture.height() / 3));
+            const int apart = std::abs((seen.hue() - kHues[bar] + 540) % 360 - 180);
+            if (kHues[bar] < 0 ? seen.saturation() > 30 : apart > 12 || seen.saturation() < 150) {
+                return false;
+            }
+        }
+        return true;
+    }
+    [[nodiscard]] static bool shows(VideoFrames &frames) {
+        return waitUntil([&frames] { return isTestCard(frames.newest()); });
+    }
+    /// How many pieces of a second are in the file.
+    [[nodiscard]] static qsizetype pieces(const QString &path) {
+        QFile file(path);
+        return file.open(QFile::ReadOnly) ? file.readAll().count("moof") : 0;
+    }
+    [[nodiscard]] bool isPlayable(const QString &path) {
+        const auto [player, error] = video.makePlayer(path);
+        return player && shows(*player->frames());
+    }
+
+    TemporaryFolder folder;
+    GstVideo video;
+};
+
+} // namespace
+
+TEST_F(GstVideoTest, WhatTheCameraSeesIsShownRecordedAndPlayed) {
+    const auto session = video.makeSession({}, {});
+    session->startRunning();
+    EXPECT_TRUE(session->hasCamera());
+    ASSERT_TRUE(shows(*session->frames()));
+    const QString first = folder.file(QStringLiteral("first.mp4"));
+    const QString cut = folder.file(QStringLiteral("cut.mp4"));
+    const QString second = folder.file(QStringLiteral("second.mp4"));
+    End firstEnd;
+    session->startRecording(first, firstEnd.callback());
+    EXPECT_TRUE(session->isRecording());
+    ASSERT_TRUE(waitUntil([&] { return pieces(first) > 1; }));
+    ASSERT_TRUE(QFile::copy(first, cut));
+    session->stopRecording();
+    EXPECT_FALSE(session->isRecording());
+    End secondEnd; // While the first is still on its way to its end.
+    session->startRecording(second, secondEnd.callback());
+    ASSERT_TRUE(firstEnd.isGood());
+    ASSERT_TRUE(waitUntil([&] { return QFile(second).size() > 60'000; }));
+    EXPECT_EQ(QFile(second).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    session->stopRunning(); // As when its note goes away.
+    session->stopRecording();
+    ASSERT_TRUE(secondEnd.isGood());
+    EXPECT_TRUE(isPlayable(first));
+    EXPECT_TRUE(isPlayable(second));
+    EXPECT_TRUE(isPlayable(cut)) << "what a crash leaves behind";
+
+    auto [player, error] = video.makePlayer(first);
+    ASSERT_TRUE(player) << qPrintable(error);
+    ASSERT_TRUE(shows(*player->frames())) << "before it is played";
+    int ends = 0;
+    player->onEnd([&ends] { ++ends; });
+    for (int turn = 1; turn <= 2; ++turn) {
+        player->playFromStart();
+        EXPECT_TRUE(waitUntil([&] { return ends == turn; }));
+    }
+    EXPECT_TRUE(isTestCard(player->frames()->newest())) << "the last picture stays";
+}
+
+TEST_F(GstVideoTest, WithoutDevicesThereIsSoundOnlyOrNothing) {
+    qputenv("TALLOWBY_VIDEO_SOURCE", "nosuchelement");
+    const QString path = folder.file(QStringLiteral("sound.mp4"));
+    {
+        const auto session = video.makeSession({}, {});
+        session->startRunning();
+        EXPECT_FALSE(session->hasCamera());
+        End end;
+        session->startRecording(path, end.callback());
+        ASSERT_TRUE(waitUntil([&] { return QFile(path).size() > 4'000; }));
+        session->stopRecording();
+        EXPECT_TRUE(end.isGood());
+    }
+    qputenv("TALLOWBY_AUDIO_SOURCE", "nosuchelement");
+    const auto session = video.makeSession({}, {});
+    session->startRunning();
+    End end;
+    session->startRecording(folder.file(QStringLiteral("nothing.mp4")), end.callback());
+    EXPECT_FALSE(end.isGood());
+    EXPECT_EQ(end.error, QStringLiteral("there is neither a camera nor a microphone"));
+    EXPECT_FALSE(QFile::exists(folder.file(QStringLiteral("nothing.mp4"))));
+    EXPECT_FALSE(session->isRecording());
+
+    QFile broken(folder.file(QStringLiteral("broken.mp4")));
+    ASSERT_TRUE(broken.open(QFile::WriteOnly) && broken.write("no film") > 0);
+    broken.close();
+    auto [player, error] = video.makePlayer(broken.fileName());
+    ASSERT_TRUE(player) << qPrintable(error);
+    bool isOver = false;
+    player->onEnd([&isOver] { isOver = true; });
+    EXPECT_TRUE(waitUntil([&] { return isOver; })) << "what cannot be played is over at once";
+}
+
+TEST_F(GstVideoTest, ManyRecordingsLeaveNoThreadAndNoFileBehind) {
+    const auto count = [](const char *of) {
+        return QDir(QStringLiteral("/proc/self/") + QLatin1StringView(of)).count();
+    };
+    const auto film = [this](int number) {
+        const auto session = video.makeSession({}, {});
+        session->startRunning();
+        End end;
+        const QString path = folder.file(QString::number(number));
+        session->startRecording(path, end.callback());
+        int pictures = 0;
+        QObject::connect(session->frames().get(), &VideoFrames::changed, [&] {
+            static_cast<void>(session->frames()->newest());
+            ++pictures;
+        });
+        ASSERT_TRUE(waitUntil([&] { return pictures > 8; }));
+        session->stopRecording();
+        ASSERT_TRUE(end.isGood());
+        ASSERT_TRUE(isPlayable(path));
+    };
+    film(0); // Loads what stays.
+    const auto files = count("fd");
+    const auto threads = count("task");
+    for (int number = 1; number <= 10; ++number) {
+        film(number);
+    }
+    EXPECT_TRUE(waitUntil([&] { return count("fd") <= files && count("task") <= threads; }))
+        << count("fd") << " files of " << files << ", " << count("task") << " threads of " << threads;
+}
+
+} // namespace tallowby::test
