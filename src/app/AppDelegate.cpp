@@ -11,6 +11,7 @@
 #include "app/shell/StatusItem.h"
 #include "app/sync/SyncDotView.h"
 #include "app/sync/SyncStatus.h"
+#include "app/update/UpdaterController.h"
 #include "app/whatsnew/WhatsNewWindowController.h"
 #include "blocks/CanvasFactory.h"
 #include "canvas/model/CanvasViewModel.h"
@@ -81,6 +82,10 @@ AppDelegate::~AppDelegate() {
 void AppDelegate::applicationDidFinishLaunching() {
     logLine(u"[AppDelegate] 🚀 Tallowby Ghost App launched");
     setupMainMenu();
+    m_updaterController = std::make_unique<UpdaterController>(
+        windowServices(), [this]() -> HttpClient & { return httpClient(); },
+        UpdateSource::ofThisBuild(QCoreApplication::applicationFilePath()), QCoreApplication::applicationVersion());
+    m_updaterController->startUpdater();
     m_launchAtLoginManager->enableIfNeeded();
     m_permissionManager =
         std::make_unique<PermissionManager>(m_platform->accessibilityTrust(), m_notifications, m_scheduler);
@@ -188,6 +193,7 @@ void AppDelegate::setupStatusBarItem() {
         StatusItemActions{.toggle = [this] { handle(InstanceCommand::toggle); },
                           .openSettings = [this] { handle(InstanceCommand::settings); },
                           .sendFeedback = [this] { onDesktop([this] { openFeedbackSurvey(); }); },
+                          .checkForUpdates = [this] { onDesktop([this] { m_updaterController->checkForUpdates(); }); },
                           .quit = [this] { handle(InstanceCommand::quit); }});
 }
 
@@ -196,7 +202,8 @@ void AppDelegate::openSettings() {
         m_settingsWindowController = std::make_unique<SettingsWindowController>(
             windowServices(),
             SettingsServices{m_settings, m_platform->displays(), m_platform->motionPreference(), *m_hotkeyAdvisor,
-                             *m_startAtLogin, *m_syncStatus, [this] { openOnboarding(); }, [this] { openWhatsNew(); }});
+                             *m_startAtLogin, *m_syncStatus, [this] { openOnboarding(); }, [this] { openWhatsNew(); },
+                             [this] { m_updaterController->checkForUpdates(); }});
     }
     m_settingsWindowController->show();
 }

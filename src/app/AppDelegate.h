@@ -43,6 +43,7 @@ class StatusItem;
 class SyncEngine;
 class SyncStatus;
 class UnusedRecordings;
+class UpdaterController;
 class VideoRecordingService;
 class VoiceRecordingService;
 class WhatsNewWindowController;
@@ -135,6 +136,7 @@ private:
     std::unique_ptr<OnboardingWindowController> m_onboardingWindowController;
     std::unique_ptr<WhatsNewWindowController> m_whatsNewWindowController;
     std::unique_ptr<FeedbackWindowController> m_feedbackWindowController;
+    std::unique_ptr<UpdaterController> m_updaterController;
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
     std::function<void()> m_waitingWindow;
 

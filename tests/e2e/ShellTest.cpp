@@ -55,7 +55,7 @@ TEST_F(Shell, TheTrayMenuIsThereWheneverTheTrayComesAndDoesWhatItSays) {
     for (const TrayMenuRow &row : tray->menu(item)) {
         rows += row.isSeparator ? "-\n" : row.label.toStdString() + " (" + row.shortcut.toStdString() + ")\n";
     }
-    EXPECT_EQ(rows, "Settings… (Control+,)\nSend Feedback… ()\n-\nQuit (Control+Q)\n");
+    EXPECT_EQ(rows, "Settings… (Control+,)\nSend Feedback… ()\n-\nCheck for Updates… ()\n-\nQuit (Control+Q)\n");
 
     ASSERT_TRUE(tray->click(item, QStringLiteral("Settings…")));
     EXPECT_TRUE(eventually([this] { return windows.isActive(kSettingsWindow); }));

@@ -181,6 +181,11 @@ ShellWindow {
         }
 
         LinkButton {
+            text: qsTr("Check for updates")
+            onClicked: window.controller.checkForUpdates()
+        }
+
+        LinkButton {
             text: qsTr("What's new")
             onClicked: window.controller.showWhatsNew()
         }

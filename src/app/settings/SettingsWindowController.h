@@ -50,6 +50,7 @@ struct SettingsServices {
     SyncStatus &syncStatus;
     std::function<void()> showIntroduction;
     std::function<void()> showWhatsNew;
+    std::function<void()> checkForUpdates;
 };
 
 /// The window in which the user changes the hot key, the display and how the program looks and moves. Main thread only.
@@ -93,6 +94,7 @@ public:
     /// In place of this window.
     Q_INVOKABLE void showIntroduction();
     Q_INVOKABLE void showWhatsNew() { m_services.showWhatsNew(); }
+    Q_INVOKABLE void checkForUpdates() { m_services.checkForUpdates(); }
 
 Q_SIGNALS:
     void displayChoicesChanged();

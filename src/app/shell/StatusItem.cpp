@@ -28,6 +28,9 @@ void StatusItem::makeMenu() {
     const QAction *feedback = m_menu->addAction(tr("Send Feedback…"));
     connect(feedback, &QAction::triggered, this, m_actions.sendFeedback);
     m_menu->addSeparator();
+    const QAction *updates = m_menu->addAction(tr("Check for Updates…"));
+    connect(updates, &QAction::triggered, this, m_actions.checkForUpdates);
+    m_menu->addSeparator();
     const QAction *quit = m_menu->addAction(tr("Quit"), Qt::CTRL | Qt::Key_Q);
     connect(quit, &QAction::triggered, this, m_actions.quit);
 }

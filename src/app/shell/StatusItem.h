@@ -17,6 +17,7 @@ struct StatusItemActions {
     std::function<void()> toggle;
     std::function<void()> openSettings;
     std::function<void()> sendFeedback;
+    std::function<void()> checkForUpdates;
     std::function<void()> quit;
 };
 
