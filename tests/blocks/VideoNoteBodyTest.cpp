@@ -155,6 +155,7 @@ TEST_F(VideoNoteBody, PicturesKeepTheirShape) {
     EXPECT_EQ(whole.source, QRectF(0, 0, 640, 480));
     EXPECT_NEAR(whole.target.width() / whole.target.height(), 4.0 / 3, 0.01);
     EXPECT_EQ(whole.target.height(), 160);
+    EXPECT_EQ(VideoSurface::place({480, 275}, {276, 160}, false).target, QRectF(0, 0, 276, 160)) << "no thin seams";
     const auto filled = VideoSurface::place({640, 480}, {276, 160}, true);
     EXPECT_EQ(filled.target, QRectF(0, 0, 276, 160));
     EXPECT_EQ(filled.source.width(), 640);

@@ -2,6 +2,7 @@
 #include "e2e/Desk.h"
 #include "e2e/Waiting.h"
 #include "e2e/WindowList.h"
+#include "support/TrayHost.h"
 
 #include <X11/keysym.h>
 
@@ -37,6 +38,26 @@ protected:
         ASSERT_TRUE(eventually([this] { return isAccentIn(button()); })) << "the button cannot be pressed";
         pointer.click(button().center());
     }
+    /// All five, by keyboard.
+    void answerQuestions() {
+        ASSERT_TRUE(eventually([this] { return windows.isActive(kWindow); }));
+        EXPECT_FALSE(isAccentIn(button()));
+        keyboard.tap(XK_Tab);
+        keyboard.tap(XK_space);
+        keyboard.tap(XK_Tab); // Past the other options of the first question.
+        keyboard.tap(XK_Down);
+        for (int question = 3; question <= 5; ++question) {
+            keyboard.tap(XK_Tab);
+            keyboard.tap(XK_space);
+        }
+    }
+    /// The row that answers it like that, from `"open_text"` on.
+    [[nodiscard]] static std::string row(const std::string &end) {
+        return R"({"app_version":")" TALLOWBY_VERSION R"(","usage_frequency":"Multiple times a day",)"
+               R"("overall_experience":"Good","most_used_feature":"Text notes","blocker":"Nothing, it's great",)"
+               R"("would_recommend":"Definitely",)" +
+               end;
+    }
     [[nodiscard]] QString recording() const {
         const QDir media(dataFolder() + QStringLiteral("/media"));
         const QStringList names = media.entryList({QStringLiteral("*-feedback.m4a")});
@@ -54,16 +75,7 @@ TEST_F(Survey, IsAnsweredByKeyboardAndVoiceSentOnceAndNeverOfferedAgain) {
     ASSERT_FALSE(windows.has(kWindow)) << "at the first start there is nothing to ask for yet";
     endProgram();
     startProgram();
-    ASSERT_TRUE(eventually([this] { return windows.isActive(kWindow); }));
-    EXPECT_FALSE(isAccentIn(button()));
-    keyboard.tap(XK_Tab);
-    keyboard.tap(XK_space);
-    keyboard.tap(XK_Tab); // Past the other options of the first question.
-    keyboard.tap(XK_Down);
-    for (int question = 3; question <= 5; ++question) {
-        keyboard.tap(XK_Tab);
-        keyboard.tap(XK_space);
-    }
+    answerQuestions();
     ASSERT_TRUE(eventually([this] { return isAccentIn(button()); }));
     keyboard.tap(XK_Tab);
     keyboard.type(u"More, please");
@@ -85,12 +97,8 @@ TEST_F(Survey, IsAnsweredByKeyboardAndVoiceSentOnceAndNeverOfferedAgain) {
     ASSERT_EQ(uploads.size(), 1U);
     ASSERT_EQ(rows.size(), 1U);
     EXPECT_EQ(uploads.front().body, sound);
-    EXPECT_EQ(rows.front().body.toStdString(),
-              R"({"app_version":")" TALLOWBY_VERSION
-              R"(","usage_frequency":"Multiple times a day","overall_experience":"Good",)"
-              R"("most_used_feature":"Text notes","blocker":"Nothing, it's great","would_recommend":"Definitely",)"
-              R"("open_text":"More, please","voice_note_path":"feedback-audio/)" +
-                  uploads.front().url.fileName().toStdString() + "\"}");
+    EXPECT_EQ(rows.front().body.toStdString(), row(R"("open_text":"More, please","voice_note_path":"feedback-audio/)" +
+                                                   uploads.front().url.fileName().toStdString() + "\"}"));
     EXPECT_FALSE(QFile::exists(recording()));
     press(); // Closes the thanks.
     EXPECT_TRUE(eventually([this] { return !windows.has(kWindow); }));
@@ -99,6 +107,27 @@ TEST_F(Survey, IsAnsweredByKeyboardAndVoiceSentOnceAndNeverOfferedAgain) {
     startProgram();
     openCanvas();
     EXPECT_FALSE(windows.has(kWindow));
+}
+
+TEST_F(Survey, WithoutAVoiceNoteIsOneRowAndAnswersAreKeptWhileTheProgramRuns) {
+    setKept("lastSeenFeedbackSurveyVersion=v1\ntallowby.hasSeenCanvasTutorial=true\n");
+    TrayHost tray(environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")));
+    startProgram();
+    ASSERT_TRUE(eventually([&] { return tray.items().size() == 1; }));
+    const auto open = [&] { return tray.click(tray.items().first(), QStringLiteral("Send Feedback…")); };
+    ASSERT_TRUE(open());
+    answerQuestions();
+    ASSERT_TRUE(eventually([this] { return isAccentIn(button()); }));
+    keyboard.tap(XK_Escape);
+    ASSERT_TRUE(eventually([this] { return !windows.has(kWindow); }));
+    ASSERT_TRUE(open());
+    ASSERT_TRUE(eventually([this] { return windows.isActive(kWindow); }));
+    press();
+    ASSERT_TRUE(program().says(u"[FeedbackService] ✅ Feedback submitted"));
+    const auto rows = backend.posted(u"/rest/v1/feedback_responses");
+    ASSERT_EQ(rows.size(), 1U);
+    EXPECT_EQ(rows.front().body.toStdString(), row(R"("open_text":""})"));
+    EXPECT_TRUE(backend.posted(u"/storage").empty());
 }
 
 } // namespace tallowby::test

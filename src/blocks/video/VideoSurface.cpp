@@ -8,6 +8,13 @@
 
 namespace tallowby {
 
+namespace {
+
+/// Of both sides together, in points.
+constexpr double kThinnestBorder = 4;
+
+} // namespace
+
 VideoSurface::VideoSurface(QQuickItem *parent)
     : QQuickItem(parent) {
     setFlag(ItemHasContents);
@@ -54,6 +61,10 @@ VideoSurface::Placement VideoSurface::place(QSizeF picture, QSizeF item, bool fi
         return {whole, part};
     }
     QRectF part({0, 0}, picture.scaled(item, Qt::KeepAspectRatio));
+    // A seam as thin as that would look like a mistake.
+    if (whole.width() - part.width() < kThinnestBorder && whole.height() - part.height() < kThinnestBorder) {
+        return {whole, {{0, 0}, picture}};
+    }
     part.moveCenter(whole.center());
     return {part, {{0, 0}, picture}};
 }
