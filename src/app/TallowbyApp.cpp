@@ -97,7 +97,7 @@ int runTallowby(int argc, char **argv) {
     }
     switch (*action) {
     case LaunchAction::version:
-        QTextStream(stdout) << u"Tallowby " << QCoreApplication::applicationVersion() << Qt::endl;
+        QTextStream(stdout) << QStringLiteral("Tallowby ") << QCoreApplication::applicationVersion() << Qt::endl;
         return 0;
     case LaunchAction::help:
         QTextStream(stdout) << helpText() << Qt::flush;

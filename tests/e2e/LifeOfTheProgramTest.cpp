@@ -58,7 +58,7 @@ TEST_F(LifeOfTheProgram, ArgumentsThatItDoesNotKnowAreAnErrorThatSaysHow) {
         EXPECT_FALSE(output.contains(u'\n')) << qPrintable(output);
     }
     EXPECT_EQ(run({QStringLiteral("--help")}).first, 0);
-    EXPECT_EQ(run({QStringLiteral("--version")}).first, 0);
+    EXPECT_EQ(run({QStringLiteral("--version")}), std::pair(0, QStringLiteral("Tallowby " TALLOWBY_VERSION)));
     // Nothing to end is no error.
     EXPECT_EQ(run({QStringLiteral("--quit")}).first, 0);
     EXPECT_FALSE(QFile::exists(dataFolder() + QStringLiteral("/blocks.json")));
