@@ -23,7 +23,7 @@ MediaResult<MoviePlayer> GstMoviePlayer::make(const QString &path, const QString
     g_object_set(pipeline->get(), "uri", uri, "video-sink", pictures, "audio-sink", sound, nullptr);
     g_free(uri);
     auto player = std::make_unique<GstMoviePlayer>(std::move(pipeline), pictures);
-    // Only the first picture is wanted, for now.
+    // Until it is played only the first picture is wanted.
     player->m_pipeline->setState(GST_STATE_PAUSED);
     return {std::move(player), {}};
 }
