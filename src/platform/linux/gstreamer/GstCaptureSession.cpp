@@ -18,7 +18,7 @@ namespace {
 /// camera's picture.
 constexpr auto kPictures =
     "videoconvert ! videoscale ! videorate ! "
-    "video/x-raw,format=I420,width=[480,640],height=[270,480],framerate=30/1,pixel-aspect-ratio=1/1 ! "
+    "video/x-raw,format=I420,width=[480,640],height=[360,480],framerate=30/1,pixel-aspect-ratio=1/1 ! "
     "tee name=split ! queue leaky=downstream max-size-buffers=1 ! videoconvert ! video/x-raw,format=BGRx ! "
     "appsink name=preview sync=false drop=true max-buffers=1 "
     "split. ! queue ! appsink name=pictures sync=false drop=true max-buffers=30";
