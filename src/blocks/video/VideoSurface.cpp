@@ -66,7 +66,8 @@ VideoSurface::Placement VideoSurface::place(QSizeF picture, QSizeF item, bool fi
         return {whole, {{0, 0}, picture}};
     }
     part.moveCenter(whole.center());
-    return {part, {{0, 0}, picture}};
+    // Edges between points would be drawn dark.
+    return {QRectF(part.toRect()), {{0, 0}, picture}};
 }
 
 QSGNode *VideoSurface::updatePaintNode(QSGNode *old, UpdatePaintNodeData *) {
