@@ -39,6 +39,35 @@ TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
     canvas.settle();
 }
 
+TEST_F(BlockBodies, BlocksBesideTheViewAreMadeReadyAFewAFrameAndThoseInItAtOnce) {
+    std::vector<BlockPtr> beside;
+    for (std::size_t i = 0; i < 3 * BodyQueue::kBodiesPerFrame; ++i) {
+        const QPointF corner(410 + 100.0 * double(i % 2), 100.0 * double(i / 2) - 450);
+        beside.push_back(canvas.add(BlockType::stickyNote, {corner, QSizeF(90, 90)}, QStringLiteral("note")));
+    }
+    const auto made = [this, &beside] {
+        return std::size_t(std::ranges::count_if(
+            beside, [this](const BlockPtr &block) { return canvas.containers().at(block.get())->body() != nullptr; }));
+    };
+    EXPECT_EQ(made(), 0U);
+    Q_EMIT canvas.window.afterAnimating();
+    EXPECT_EQ(made(), BodyQueue::kBodiesPerFrame);
+
+    canvas.model.beginEditing(beside.back());
+    EXPECT_TRUE(canvas.containers().at(beside.back().get())->isEditing()) << "whoever types needs it now";
+    canvas.model.endEditing();
+    canvas.view->jumpTo({-180, 0});
+    for (const BlockPtr &block : beside) {
+        const bool isSeen = std::abs(block->yPosition() + 45) < 300;
+        EXPECT_TRUE(!isSeen || canvas.containers().at(block.get())->body()) << block->yPosition();
+    }
+    for (int frame = 0; frame < 3; ++frame) {
+        Q_EMIT canvas.window.afterAnimating();
+    }
+    EXPECT_EQ(made(), beside.size());
+    canvas.settle();
+}
+
 TEST_F(BlockBodies, HostileRecordsAreShownWithinBounds) {
     const QString markup = QStringLiteral("<img src='http://127.0.0.1/x'><b>bold</b>\0\u202e\x1b[31m");
     for (int kind = 0; kind < kBlockTypeCount; ++kind) {

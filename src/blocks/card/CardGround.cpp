@@ -5,6 +5,8 @@
 
 #include <QQuickWindow>
 
+#include <private/qsgadaptationlayer_p.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -29,6 +31,15 @@ PathDrawing card(QSizeF size, double radius, const QColor &ground, const QColor 
                         {.path = rounded(inner, std::max(0.0, radius - edgeWidth)), .fill = ground, .pen = Qt::NoPen}});
 }
 
+/// Qt's own painter cuts out what is covered by opaque rectangles, piece by piece; for the cards of a zoomed-out canvas
+/// that takes several times as long as painting what is below them. It leaves what shines through, however little.
+void hideOpacity(QSGInternalRectangleNode &node, QColor color) {
+    constexpr int kAlmostOpaque = 254;
+    color.setAlpha(std::min(color.alpha(), kAlmostOpaque));
+    node.setColor(color);
+    node.update();
+}
+
 } // namespace
 
 void CardGround::setIsScaled(bool isScaled) {
@@ -47,7 +58,11 @@ QSGNode *CardGround::updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) {
         old = nullptr;
     }
     if (!isPath) {
-        return QQuickRectangle::updatePaintNode(old, data);
+        QSGNode *node = QQuickRectangle::updatePaintNode(old, data);
+        if (node && !sceneGraphHasShaders()) {
+            hideOpacity(static_cast<QSGInternalRectangleNode &>(*node), color());
+        }
+        return node;
     }
     auto *node = old ? static_cast<SoftwarePathNode *>(old) : new SoftwarePathNode(*window());
     const double edgeWidth = border()->isValid() ? border()->width() : 0;

@@ -13,6 +13,9 @@ namespace {
 /// Empty pixels between two runs up to which they are one: a run costs more than a few pixels.
 constexpr int kSmallGap = 8;
 constexpr std::uint16_t kOpaque = 0xff;
+/// How early the device's pixels are fetched, in rows: the next row of a line's pixels is too far away for the
+/// processor to guess, and waiting for it would take longer than painting it.
+constexpr int kRowsAhead = 4;
 /// Pixels of the device that are looked up at a time.
 constexpr int kMostSamples = 64;
 /// In pixels of the device: far more than any screen, and little enough for the fixed-point numbers.
@@ -152,18 +155,20 @@ void InkedPixels::paint(QImage &device, const Placement &placement, const QRect 
     const Axis across(placed.x(), placement.scale.width());
     const Axis down(placed.y(), placement.scale.height());
     const bool isExact = placement.scale == QSizeF(1, 1);
+    const int origin = across.deviceAt(0);
     std::array<std::uint32_t, kMostSamples> samples;
     const auto paintRow = [&](int row, std::uint32_t *ground) {
         for (std::size_t i = firstRunOf(row); i < firstRunOf(row + 1); ++i) {
             const Run &run = m_runs[i];
             const std::uint32_t *ink = m_pixels.data() + run.offset;
-            const int start = across.deviceAt(run.start);
-            int left = std::max(start, area.left());
-            const int right = std::min(across.deviceAt(run.end), area.right() + 1);
             if (isExact) {
-                paintRun(ground + left, ink + (left - start), right - left);
+                const int left = std::max(origin + run.start, area.left());
+                const int right = std::min(origin + run.end, area.right() + 1);
+                paintRun(ground + left, ink + (left - origin - run.start), right - left);
                 continue;
             }
+            int left = std::max(across.deviceAt(run.start), area.left());
+            const int right = std::min(across.deviceAt(run.end), area.right() + 1);
             for (; left < right; left += kMostSamples) {
                 const int count = std::min(right - left, kMostSamples);
                 across.sample(left, count, run.start, run.end - 1,
@@ -172,11 +177,18 @@ void InkedPixels::paint(QImage &device, const Placement &placement, const QRect 
             }
         }
     };
+    const auto fetch = [&](int row, const uchar *line) {
+        if (row < m_size.height() && firstRunOf(row) < m_runs.size()) {
+            const int x = std::clamp(origin + m_runs[firstRunOf(row)].start, area.left(), area.right());
+            __builtin_prefetch(line + x * int(sizeof(std::uint32_t)), 1);
+        }
+    };
     const int top = std::max(down.deviceAt(0), area.top());
     const int bottom = std::min(down.deviceAt(m_size.height()), area.bottom() + 1);
     down.sample(top, bottom - top, 0, m_size.height() - 1, [&](int y, int row) {
         // The device has a painter already, which must not lose sight of its pixels: they are not asked for anew.
         const uchar *line = device.constScanLine(top + y);
+        fetch(row + kRowsAhead, line + kRowsAhead * device.bytesPerLine());
         paintRow(row, reinterpret_cast<std::uint32_t *>(const_cast<uchar *>(line)));
     });
 }

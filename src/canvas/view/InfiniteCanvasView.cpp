@@ -152,17 +152,21 @@ void InfiniteCanvasView::viewportMoved() {
     if (m_viewport.needsCulling()) {
         cull();
     }
+    m_bodyQueue.makeWithin(m_viewport.visibleRect());
     if (std::exchange(m_shownZoom, m_viewport.scale()) != m_viewport.scale()) {
-        for (const BlockContainerView *container : std::as_const(m_containers)) {
-            container->body()->setZoom(m_viewport.scale());
-        }
-        m_zoomSettling = m_viewModel->scheduler().after(kZoomSettling, [this] {
-            for (const BlockContainerView *container : std::as_const(m_containers)) {
-                container->body()->settleZoom();
-            }
-        });
+        forEachBody([this](BlockBody &body) { body.setZoom(m_viewport.scale()); });
+        m_zoomSettling = m_viewModel->scheduler().after(
+            kZoomSettling, [this] { forEachBody([](BlockBody &body) { body.settleZoom(); }); });
     }
     Q_EMIT viewportChanged();
+}
+
+void InfiniteCanvasView::forEachBody(const std::function<void(BlockBody &)> &act) const {
+    for (const BlockContainerView *container : m_containers) {
+        if (container->body()) {
+            act(*container->body());
+        }
+    }
 }
 
 void InfiniteCanvasView::cull() {
@@ -243,25 +247,22 @@ bool InfiniteCanvasView::opensAtFirstClick(const Block &block) const {
 
 void InfiniteCanvasView::edit(const BlockPtr &block, QPointF screenPoint) {
     m_viewModel->beginEditing(block);
-    if (const BlockContainerView *container = containerOf(block.get()); container && container->isEditing()) {
-        container->body()->placeCaret(container->body()->mapFromItem(this, screenPoint));
+    if (BlockBody *body = bodyOf(block.get()); body && body->isEditing()) {
+        body->placeCaret(body->mapFromItem(this, screenPoint));
     }
 }
 
 bool InfiniteCanvasView::clickBody(const Block &block, const PointerInput &input) {
-    const BlockContainerView *container = containerOf(&block);
-    if (!container || container->isEditing()) {
-        return false;
-    }
-    return container->body()->click(container->body()->mapFromItem(this, input.screen), input.modifiers);
+    BlockBody *body = bodyOf(&block);
+    return body && !body->isEditing() && body->click(body->mapFromItem(this, input.screen), input.modifiers);
 }
 
 std::optional<Qt::CursorShape> InfiniteCanvasView::bodyCursor(const Block &block, const PointerInput &input) const {
-    const BlockContainerView *container = containerOf(&block);
-    if (!container || container->isEditing()) {
+    const BlockBody *body = bodyOf(&block);
+    if (!body || body->isEditing()) {
         return std::nullopt;
     }
-    return container->body()->cursorAt(container->body()->mapFromItem(this, input.screen), input.modifiers);
+    return body->cursorAt(body->mapFromItem(this, input.screen), input.modifiers);
 }
 
 void InfiniteCanvasView::canvasClicked() {
@@ -269,8 +270,8 @@ void InfiniteCanvasView::canvasClicked() {
 }
 
 bool InfiniteCanvasView::activate(const BlockPtr &block) {
-    const BlockContainerView *container = containerOf(block.get());
-    return container && container->body()->activate();
+    BlockBody *body = bodyOf(block.get());
+    return body && body->activate();
 }
 
 ImagePicker &InfiniteCanvasView::imagePicker() {
@@ -293,8 +294,8 @@ void InfiniteCanvasView::pickPlace(const QString &fileName, const std::function<
 }
 
 std::vector<MenuEntry> InfiniteCanvasView::menuEntriesOf(const Block &block) const {
-    const BlockContainerView *container = containerOf(&block);
-    return container ? container->body()->menuEntries() : std::vector<MenuEntry>();
+    BlockBody *body = bodyOf(&block);
+    return body ? body->menuEntries() : std::vector<MenuEntry>();
 }
 
 void InfiniteCanvasView::bringIntoView(const Block &block) {
@@ -316,6 +317,11 @@ void InfiniteCanvasView::forgetContainer(BlockContainerView &container) {
 
 BlockContainerView *InfiniteCanvasView::containerOf(const Block *block) const {
     return m_containers.value(block);
+}
+
+BlockBody *InfiniteCanvasView::bodyOf(const Block *block) const {
+    const BlockContainerView *container = containerOf(block);
+    return container ? container->body() : nullptr;
 }
 
 } // namespace tallowby

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "canvas/container/BodyQueue.h"
 #include "canvas/drawing/LiveSketchState.h"
 #include "canvas/model/BlockKindRegistry.h"
 #include "canvas/model/CanvasViewModel.h"
@@ -20,6 +21,7 @@ class QNativeGestureEvent;
 
 namespace tallowby {
 
+class BlockBody;
 class BlockContainerView;
 class ImagePicker;
 class MotionPreference;
@@ -101,6 +103,7 @@ public:
     void rememberContainer(BlockContainerView &container);
     void forgetContainer(BlockContainerView &container);
     void editorOpened();
+    [[nodiscard]] BodyQueue &bodyQueue() { return m_bodyQueue; }
     /// How far a block is drawn from its place while it is dragged, in canvas points; none while it is not.
     [[nodiscard]] std::optional<QPointF> dragOffsetOf(const Block &block) const;
     /// Of the selected blocks, which are dragged all together.
@@ -194,6 +197,9 @@ private:
     [[nodiscard]] QQuickItem *editorInput() const;
     [[nodiscard]] ImagePicker &imagePicker();
     [[nodiscard]] BlockContainerView *containerOf(const Block *block) const;
+    /// Null for a block whose body has not been made yet, too.
+    [[nodiscard]] BlockBody *bodyOf(const Block *block) const;
+    void forEachBody(const std::function<void(BlockBody &)> &act) const;
     [[nodiscard]] QPointF pointerOnCanvas() const;
     [[nodiscard]] bool handleGestureKey(const QKeyEvent &event);
     [[nodiscard]] bool handleNamedKey(const QKeyEvent &event);
@@ -218,6 +224,7 @@ private:
     NotificationCenter *m_notifications = nullptr;
     std::array<std::unique_ptr<QQmlComponent>, kBlockTypeCount> m_bodyComponents;
     QHash<const Block *, BlockContainerView *> m_containers;
+    BodyQueue m_bodyQueue{*this};
     QQmlComponent *m_selectionOutline = nullptr;
     QString m_closeShortcut;
     const MotionPreference *m_motionPreference = nullptr;

@@ -307,8 +307,8 @@ void InfiniteCanvasView::editorOpened() {
 }
 
 QQuickItem *InfiniteCanvasView::editorInput() const {
-    const BlockContainerView *container = containerOf(m_viewModel->focusedBlock().get());
-    return container && container->body() ? container->body()->inputItem() : nullptr;
+    const BlockBody *body = bodyOf(m_viewModel->focusedBlock().get());
+    return body ? body->inputItem() : nullptr;
 }
 
 void InfiniteCanvasView::inputMethodEvent(QInputMethodEvent *event) {

@@ -263,8 +263,8 @@ void InfiniteCanvasView::dropEvent(QDropEvent *event) {
     const QPointF place = m_viewport.toCanvas(event->position());
     const QList<QUrl> files = event->mimeData()->urls();
     const BlockPtr block = m_viewModel->blockAt(place);
-    const BlockContainerView *container = containerOf(block.get());
-    if (!container || !container->body()->dropFiles(files)) {
+    BlockBody *body = bodyOf(block.get());
+    if (!body || !body->dropFiles(files)) {
         m_viewModel->insertFiles(files, place);
     }
     event->acceptProposedAction();
