@@ -309,11 +309,12 @@ QQuickItem *AppDelegate::makeCanvas() {
         SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});
     CanvasTutorialOverlayView::install(m_qmlEngine, *view, m_defaults);
     const auto nameHotkey = [this, view] {
-        view->setCloseShortcut(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
+        view->setCloseShortcut(m_hotkeyAdvisor->isAssigned()
+                                   ? m_hotkeyAdvisor->combination()
+                                   : HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers()));
     };
     nameHotkey();
-    connect(&m_settings, &AppSettings::hotkeyKeyCodeChanged, view, nameHotkey);
-    connect(&m_settings, &AppSettings::hotkeyModifiersChanged, view, nameHotkey);
+    connect(m_hotkeyAdvisor.get(), &HotkeyAdvisor::changed, view, nameHotkey);
     return view;
 }
 

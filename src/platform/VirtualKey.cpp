@@ -118,6 +118,11 @@ std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key qtKey) {
     return key ? std::optional(key->virtualKey) : std::nullopt;
 }
 
+std::optional<Qt::Key> qtKeyFromVirtualKey(std::uint32_t keyCode) {
+    const PhysicalKey *key = findKey(&PhysicalKey::virtualKey, keyCode);
+    return key ? std::optional(key->qtKey) : std::nullopt;
+}
+
 std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event) {
     const std::uint32_t scanCode = event.nativeScanCode();
     return scanCode > kXKeycodeOffset ? virtualKeyFromEvdev(scanCode - kXKeycodeOffset) : std::nullopt;

@@ -37,6 +37,7 @@ inline constexpr std::uint32_t controlKey = 0x1000;
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyFromEvdev(std::uint32_t evdevCode);
 /// The key that Qt names at this place of a US keyboard; for events that carry no physical code.
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyFromQtKey(Qt::Key key);
+[[nodiscard]] std::optional<Qt::Key> qtKeyFromVirtualKey(std::uint32_t keyCode);
 
 /// The virtual key code of the place on the keyboard that was pressed. None for an event that carries no place.
 [[nodiscard]] std::optional<std::uint32_t> virtualKeyByPlace(const QKeyEvent &event);

@@ -14,9 +14,8 @@ namespace tallowby::test {
 
 namespace {
 
-constexpr std::string_view kName = "Ledger";
-/// Instance and class, each ended by a zero.
-constexpr std::string_view kClass{"ledger\0Ledger", 14};
+/// Of a request that stands for what the user does, not the program.
+constexpr std::uint32_t kSourcePager = 2;
 
 xcb_screen_t *screenOf(xcb_connection_t *connection) {
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
@@ -39,7 +38,7 @@ xcb_keycode_t keycodeOf(xcb_connection_t *connection, xcb_keysym_t keySymbol) {
 
 } // namespace
 
-OtherApplication::OtherApplication(const QString &display)
+OtherApplication::OtherApplication(const QString &display, const QByteArray &name)
     : m_connection(xcb_connect(display.toLocal8Bit().constData(), nullptr))
     , m_window(xcb_generate_id(m_connection)) {
     xcb_screen_t *screen = screenOf(m_connection);
@@ -47,8 +46,10 @@ OtherApplication::OtherApplication(const QString &display)
     xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, screen->root, 60, 60, 500, 300, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK,
                       values);
-    xcb_icccm_set_wm_name(m_connection, m_window, XCB_ATOM_STRING, 8, kName.size(), kName.data());
-    xcb_icccm_set_wm_class(m_connection, m_window, kClass.size(), kClass.data());
+    xcb_icccm_set_wm_name(m_connection, m_window, XCB_ATOM_STRING, 8, std::uint32_t(name.size()), name.constData());
+    // Instance and class, each ended by a zero.
+    const QByteArray wmClass = name.toLower() + '\0' + name + '\0';
+    xcb_icccm_set_wm_class(m_connection, m_window, std::uint32_t(wmClass.size()), wmClass.constData());
     xcb_icccm_wm_hints_t hints{};
     xcb_icccm_wm_hints_set_input(&hints, 1);
     xcb_icccm_set_wm_hints(m_connection, m_window, &hints);
@@ -80,6 +81,24 @@ QString OtherApplication::typed() {
         }
     }
     return m_typed;
+}
+
+void OtherApplication::takeKeyboard() {
+    const std::string_view hint = "_NET_ACTIVE_WINDOW";
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
+        xcb_intern_atom_reply(m_connection, xcb_intern_atom(m_connection, 0, std::uint16_t(hint.size()), hint.data()),
+                              nullptr),
+        &std::free);
+    const xcb_window_t root = screenOf(m_connection)->root;
+    xcb_client_message_event_t request{};
+    request.response_type = XCB_CLIENT_MESSAGE;
+    request.format = 32;
+    request.window = m_window;
+    request.type = atom ? atom->atom : xcb_atom_t(XCB_ATOM_NONE);
+    request.data.data32[0] = kSourcePager;
+    xcb_send_event(m_connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&request));
+    xcb_flush(m_connection);
 }
 
 void OtherApplication::grabAltSpace() {

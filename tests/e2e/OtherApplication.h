@@ -12,7 +12,8 @@ namespace tallowby::test {
 /// typed into it.
 class OtherApplication {
 public:
-    explicit OtherApplication(const QString &display);
+    /// One word.
+    explicit OtherApplication(const QString &display, const QByteArray &name = QByteArrayLiteral("Ledger"));
     ~OtherApplication();
     OtherApplication(const OtherApplication &) = delete;
     OtherApplication &operator=(const OtherApplication &) = delete;
@@ -21,6 +22,8 @@ public:
     [[nodiscard]] bool hasFocus();
     /// The letters, digits and blanks that arrived so far, without Shift.
     [[nodiscard]] QString typed();
+    /// Comes to the front and takes the keyboard, as when it is clicked.
+    void takeKeyboard();
     /// Takes Alt+Space for itself, as a window manager might.
     void grabAltSpace();
 

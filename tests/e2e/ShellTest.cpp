@@ -1,7 +1,7 @@
 #include "e2e/Desk.h"
 #include "e2e/Waiting.h"
 #include "e2e/WindowList.h"
-#include "support/TrayHost.h"
+#include "support/bus/TrayHost.h"
 
 #include <X11/keysym.h>
 

@@ -137,5 +137,40 @@ TEST_F(Hotkey, adviceFollowsTheKeyThatIsStoredAndNotThePairInBetween) {
     EXPECT_EQ(keyboard.held(), (std::set<test::FakeHotKeyService::Combination>{{40, 0x1000}}));
 }
 
+TEST_F(Hotkey, waitsForADesktopThatGivesTheKeyItself) {
+    keyboard.assigned.emplace();
+    HotkeyListener listener(notifications, settings, keyboard, clock);
+    HotkeyAdvisor advisor(settings, keyboard, clock);
+    listener.start();
+    advisor.setListener(&listener);
+    EXPECT_TRUE(advisor.isAssigned() && advisor.isUndecided() && !listener.isRegistered());
+    EXPECT_EQ(advisor.problem(), QString()) << "the user is still being asked";
+    std::ignore = log.take();
+
+    keyboard.decide(0, u"Meta + Space"_qs);
+    keyboard.decide(0, u"Meta+T"_qs);
+    EXPECT_TRUE(listener.isRegistered());
+    EXPECT_EQ(advisor.assignedCaps(), (QStringList{u"Meta"_qs, u"T"_qs}));
+    keyboard.decide(0, u"Press Super and T"_qs);
+    EXPECT_EQ(advisor.assignedCaps(), QStringList{u"Press Super and T"_qs});
+    EXPECT_EQ(advisor.combination(), u"Press Super and T"_qs);
+
+    keyboard.decide(kHotKeyUndecided, {});
+    EXPECT_FALSE(listener.isRegistered());
+    keyboard.decide(1, {});
+    clock.advance({});
+    EXPECT_TRUE(keyboard.held().empty());
+    EXPECT_TRUE(!advisor.problem().isEmpty() && advisor.alternatives().isEmpty());
+    advisor.tryAgain();
+    EXPECT_TRUE(keyboard.held().empty()) << "opening a window is no reason to ask the user";
+    advisor.askDesktop();
+    keyboard.decide(0, u"Meta+T"_qs);
+    clock.advance({});
+    EXPECT_EQ(advisor.problem(), QString());
+    const QString registered = u"[HotkeyListener] ✅ Registered Global Hotkey: ⌥Space"_qs;
+    EXPECT_EQ(log.lines(),
+              (QStringList{registered, u"[HotkeyListener] ❌ Failed to register hotkey (status 1)"_qs, registered}));
+}
+
 } // namespace
 } // namespace tallowby

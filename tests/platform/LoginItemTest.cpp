@@ -50,6 +50,13 @@ TEST_F(LoginItemTest, RegistersThisProgram) {
     EXPECT_EQ(QDir(autostart).entryList(QDir::Files).size(), 1) << "a temporary file is left";
 }
 
+TEST_F(LoginItemTest, IsStartedByItsSandbox) {
+    XdgLoginItem sandboxed(program, autostart, QStringLiteral("org.tallowby.Tallowby"));
+    EXPECT_EQ(sandboxed.registerItem(), QString());
+    EXPECT_EQ(DesktopEntry::parse(entry()).value("Exec"), "flatpak run org.tallowby.Tallowby");
+    EXPECT_EQ(DesktopEntry::parse(entry()).value("TryExec"), "flatpak");
+}
+
 TEST_F(LoginItemTest, LeavesAnEntryAloneThatTheUserSwitchedOff) {
     for (const char *mark : {"Hidden=true", "X-GNOME-Autostart-enabled = false"}) {
         const QByteArray lines = QByteArray("# mine\n[Desktop Entry]\nExec=x\n") + mark + "\n[Other]\nHidden=false\n";

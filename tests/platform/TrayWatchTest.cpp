@@ -1,8 +1,8 @@
 #include "platform/linux/TrayWatch.h"
 #include "platform/linux/x11/XcbConnection.h"
-#include "support/TrayHost.h"
 #include "support/WaitUntil.h"
 #include "support/XSession.h"
+#include "support/bus/TrayHost.h"
 
 #include <gtest/gtest.h>
 

@@ -38,7 +38,12 @@ HotKeyResult FakeHotKeyService::registerHotKey(std::uint32_t keyCode, std::uint3
     auto registration = std::make_unique<FakeRegistration>();
     registration->held = m_held;
     registration->combination = combination;
-    return {0, std::move(registration)};
+    return {assigned ? kHotKeyUndecided : 0, std::move(registration)};
+}
+
+void FakeHotKeyService::decide(std::int32_t status, const QString &keys) {
+    assigned = keys;
+    m_decided(status);
 }
 
 bool FakeHotKeyService::press(std::uint32_t keyCode, std::uint32_t modifiers) {

@@ -64,9 +64,17 @@ public:
     std::set<Combination> taken;
     static constexpr std::int32_t kTakenStatus = -9878;
     HotKeyID lastID;
+    /// Has a value on a desktop that gives the keys itself: it decides when the test calls `decide`.
+    std::optional<QString> assigned;
 
     std::int32_t installHandler(std::function<void()> pressed) override;
     [[nodiscard]] HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+
+    void installDecisionHandler(std::function<void(std::int32_t status)> decided) override {
+        m_decided = std::move(decided);
+    }
+    [[nodiscard]] std::optional<QString> assignedKeys() const override { return assigned; }
+    void decide(std::int32_t status, const QString &keys);
 
     [[nodiscard]] const std::set<Combination> &held() const { return *m_held; }
     /// The user presses the combination; false when nobody has registered it.
@@ -74,6 +82,7 @@ public:
 
 private:
     std::function<void()> m_pressed;
+    std::function<void(std::int32_t)> m_decided;
     std::shared_ptr<std::set<Combination>> m_held = std::make_shared<std::set<Combination>>();
 };
 

@@ -58,6 +58,13 @@ OnboardingWindowController::Step OnboardingWindowController::step() const {
 }
 
 QList<OnboardingKey> OnboardingWindowController::keys() const {
+    if (const QStringList assigned = m_services.hotkeyAdvisor.assignedCaps(); !assigned.isEmpty()) {
+        QList<OnboardingKey> keys;
+        for (const QString &cap : assigned) {
+            keys << OnboardingKey{cap, m_isCanvasUp};
+        }
+        return keys;
+    }
     const std::uint32_t modifiers = m_services.settings.hotkeyModifiers();
     const std::uint32_t keyCode = m_services.settings.hotkeyKeyCode();
     const QStringList caps = HotkeyFormatter::keyCaps(keyCode, modifiers);

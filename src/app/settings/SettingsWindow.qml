@@ -52,7 +52,14 @@ ShellWindow {
 
                 HotkeyRecorder {
                     Layout.fillWidth: true
+                    visible: !window.controller.hotkeyAdvisor.isAssigned
                     settings: window.controller.settings
+                }
+
+                AssignedHotkey {
+                    Layout.fillWidth: true
+                    visible: window.controller.hotkeyAdvisor.isAssigned
+                    advisor: window.controller.hotkeyAdvisor
                 }
 
                 HotkeyAdvice {

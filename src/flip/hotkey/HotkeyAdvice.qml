@@ -11,10 +11,21 @@ Column {
 
     required property HotkeyAdvisor advisor
 
-    visible: advisor.problem.length > 0
+    visible: advisor.problem.length > 0 || advisor.limitation.length > 0
     spacing: Theme.spaceSmall
 
     Text {
+        visible: text.length > 0
+        width: parent.width
+        text: advice.advisor.limitation
+        color: Theme.inkSoft
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+        font { family: Theme.uiFamily; pixelSize: Theme.labelSize }
+    }
+
+    Text {
+        visible: text.length > 0
         width: parent.width
         text: advice.advisor.problem
         color: Theme.danger
@@ -25,7 +36,14 @@ Column {
         Accessible.name: text
     }
 
+    LinkButton {
+        visible: advice.advisor.isAssigned
+        text: qsTr("Ask the desktop again")
+        onClicked: advice.advisor.askDesktop()
+    }
+
     Row {
+        visible: !advice.advisor.isAssigned
         spacing: Theme.spaceSmall
 
         Repeater {

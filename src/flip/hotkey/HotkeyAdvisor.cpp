@@ -16,6 +16,8 @@ constexpr std::uint32_t kGraveKey = 50;
 constexpr std::uint32_t kF9Key = 101;
 constexpr std::uint32_t kF10Key = 109;
 constexpr std::uint32_t kF12Key = 111;
+/// Of what is written on a key.
+constexpr qsizetype kLongestCap = 12;
 /// Of no registration that lasts.
 constexpr HotKeyID kTrial{0, 0};
 
@@ -52,7 +54,34 @@ QStringList HotkeyAdvisor::alternatives() const {
 }
 
 QString HotkeyAdvisor::combination() const {
-    return inWords(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers());
+    const auto assigned = m_service.assignedKeys();
+    return assigned ? *assigned : inWords(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers());
+}
+
+bool HotkeyAdvisor::isAssigned() const {
+    return m_service.assignedKeys().has_value();
+}
+
+bool HotkeyAdvisor::isUndecided() const {
+    return m_listener && m_listener->isUndecided();
+}
+
+QString HotkeyAdvisor::limitation() const {
+    return m_service.reachesEverywhere()
+               ? QString()
+               : tr("On this desktop the key works in front of some programs only. To have it everywhere, give the "
+                    "command “tallowby --toggle” a key in the desktop's keyboard settings.");
+}
+
+QStringList HotkeyAdvisor::assignedCaps() const {
+    const QString keys = m_service.assignedKeys().value_or(QString());
+    QStringList caps = keys.split(u'+', Qt::SkipEmptyParts);
+    for (QString &cap : caps) {
+        cap = cap.trimmed();
+    }
+    const bool isCombination = std::ranges::all_of(
+        caps, [](const QString &cap) { return !cap.isEmpty() && cap.size() <= kLongestCap && !cap.contains(u' '); });
+    return isCombination || keys.isEmpty() ? caps : QStringList{keys};
 }
 
 void HotkeyAdvisor::choose(int index) {
@@ -64,8 +93,18 @@ void HotkeyAdvisor::choose(int index) {
     m_settings.setHotkeyModifiers(chosen.modifiers);
 }
 
+void HotkeyAdvisor::askDesktop() {
+    if (isAssigned() && m_listener) {
+        m_listener->registerCurrentHotkey();
+    }
+}
+
+void HotkeyAdvisor::openKeyAssignment() {
+    m_service.openKeyAssignment();
+}
+
 void HotkeyAdvisor::tryAgain() {
-    if (m_listener && m_listener->isRunning() && !m_listener->isRegistered()) {
+    if (!isAssigned() && m_listener && m_listener->isRunning() && !m_listener->isRegistered()) {
         m_listener->registerCurrentHotkey();
     }
 }
@@ -73,7 +112,11 @@ void HotkeyAdvisor::tryAgain() {
 void HotkeyAdvisor::refresh() {
     m_problem.clear();
     m_alternatives.clear();
-    if (m_listener && m_listener->isRunning() && !m_listener->isRegistered()) {
+    const bool isMissing =
+        m_listener && m_listener->isRunning() && !m_listener->isRegistered() && !m_listener->isUndecided();
+    if (isMissing && isAssigned()) {
+        m_problem = tr("The desktop has not given Tallowby a key.");
+    } else if (isMissing) {
         for (const Combination &candidate : candidates()) {
             if (m_alternatives.size() < kOffers && isFree(candidate)) {
                 m_alternatives.push_back(candidate);

@@ -50,6 +50,11 @@ void HotkeyListener::start() {
         logLine(QStringLiteral("[HotkeyListener] ❌ Failed to install event handler: %1").arg(status));
         return;
     }
+    m_service.installDecisionHandler([target = std::weak_ptr(m_handlerTarget)](std::int32_t decision) {
+        if (const auto listener = target.lock()) {
+            (*listener)->handleDecision(decision);
+        }
+    });
     m_isRunning = true;
     registerCurrentHotkey();
 }
@@ -59,6 +64,7 @@ void HotkeyListener::stop() {
         return;
     }
     m_hotKeyRef.reset();
+    m_isUndecided = false;
     m_pendingPress.cancel();
     m_isRunning = false;
     logLine(u"[HotkeyListener] 🛑 Stopped listening");
@@ -66,21 +72,43 @@ void HotkeyListener::stop() {
 
 void HotkeyListener::registerCurrentHotkey() {
     m_hotKeyRef.reset();
+    m_isUndecided = false;
     if (!m_isRunning) {
         return;
     }
-    const std::uint32_t keyCode = m_settings.hotkeyKeyCode();
-    const std::uint32_t modifiers = m_settings.hotkeyModifiers();
-    HotKeyResult result = m_service.registerHotKey(keyCode, modifiers, m_hotKeyID);
-    if (result.status != 0) {
-        logLine(QStringLiteral("[HotkeyListener] ❌ Failed to register hotkey (status %1)").arg(result.status));
-        Q_EMIT registrationTried();
+    HotKeyResult result =
+        m_service.registerHotKey(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers(), m_hotKeyID);
+    m_hotKeyRef = std::move(result.registration);
+    m_isUndecided = result.status == kHotKeyUndecided;
+    if (!m_isUndecided) {
+        logStatus(result.status);
+    }
+    Q_EMIT registrationTried();
+}
+
+void HotkeyListener::handleDecision(std::int32_t status) {
+    if (!m_hotKeyRef) {
         return;
     }
-    m_hotKeyRef = std::move(result.registration);
-    logLine(QStringLiteral("[HotkeyListener] ✅ Registered Global Hotkey: %1")
-                .arg(HotkeyFormatter::string(keyCode, modifiers)));
+    const bool wasRegistered = isRegistered();
+    m_isUndecided = status == kHotKeyUndecided;
+    if (status != 0 && !m_isUndecided) {
+        m_hotKeyRef.reset();
+    }
+    // Other keys for the same registration are no news.
+    if (!m_isUndecided && !(wasRegistered && isRegistered())) {
+        logStatus(status);
+    }
     Q_EMIT registrationTried();
+}
+
+void HotkeyListener::logStatus(std::int32_t status) const {
+    if (status != 0) {
+        logLine(QStringLiteral("[HotkeyListener] ❌ Failed to register hotkey (status %1)").arg(status));
+        return;
+    }
+    logLine(QStringLiteral("[HotkeyListener] ✅ Registered Global Hotkey: %1")
+                .arg(HotkeyFormatter::string(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers())));
 }
 
 void HotkeyListener::handleHotkeyChanged() {

@@ -29,24 +29,29 @@ public:
     void stop();
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
     /// Whether the combination of the settings is held, so that its presses come here.
-    [[nodiscard]] bool isRegistered() const { return m_hotKeyRef != nullptr; }
+    [[nodiscard]] bool isRegistered() const { return m_hotKeyRef && !m_isUndecided; }
+    /// Whether the desktop is still asking the user about it.
+    [[nodiscard]] bool isUndecided() const { return m_isUndecided; }
 
     /// Drops the registration in force and, while running, registers what the settings say now.
     void registerCurrentHotkey();
 
 Q_SIGNALS:
-    /// A registration was tried anew, with either end.
+    /// A registration was tried anew, with either end, or the desktop has changed its mind about one.
     void registrationTried();
 
 private:
     void handleHotkeyChanged();
     void handlePress();
+    void handleDecision(std::int32_t status);
+    void logStatus(std::int32_t status) const;
 
     NotificationCenter &m_notifications;
     const AppSettings &m_settings;
     HotKeyService &m_service;
     Scheduler &m_scheduler;
     std::unique_ptr<HotKeyRegistration> m_hotKeyRef;
+    bool m_isUndecided = false;
     bool m_isRunning = false;
     const HotKeyID m_hotKeyID;
     ScheduledCall m_pendingPress;

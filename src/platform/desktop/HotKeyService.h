@@ -1,8 +1,12 @@
 #pragma once
 
+#include <QString>
+
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
+#include <optional>
 
 namespace tallowby {
 
@@ -19,10 +23,13 @@ public:
     virtual ~HotKeyRegistration() = default;
 };
 
+/// The status of a registration about which the desktop is still asking the user.
+inline constexpr std::int32_t kHotKeyUndecided = std::numeric_limits<std::int32_t>::min();
+
 struct HotKeyResult {
-    /// 0 when the combination is held, otherwise the platform's error code.
+    /// 0 when the combination is held, `kHotKeyUndecided`, or the platform's error code.
     std::int32_t status = 0;
-    /// Empty when the status is not 0.
+    /// Empty when the status is an error.
     std::unique_ptr<HotKeyRegistration> registration;
 };
 
@@ -39,6 +46,17 @@ public:
 
     /// Registers a combination given as virtual key code and Carbon modifier mask: whole or not at all.
     [[nodiscard]] virtual HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) = 0;
+
+    /// Sets what is called, on the main thread, with 0 or an error code: when the desktop has decided about a
+    /// registration, has taken one back, or has given it other keys. Never where `assignedKeys` is none.
+    virtual void installDecisionHandler(std::function<void(std::int32_t status)> decided) { (void) decided; }
+    /// Where the desktop gives the keys and programs only make a wish: what it has given, in its own words; empty as
+    /// long as it has given none. None where a program holds the combination that it asked for.
+    [[nodiscard]] virtual std::optional<QString> assignedKeys() const { return std::nullopt; }
+    /// Has the desktop show where the user can give other keys. Does nothing where `assignedKeys` is none.
+    virtual void openKeyAssignment() {}
+    /// Whether presses come in front of every other program, or of some only.
+    [[nodiscard]] virtual bool reachesEverywhere() const { return true; }
 };
 
 } // namespace tallowby

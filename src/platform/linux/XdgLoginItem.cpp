@@ -30,15 +30,25 @@ constexpr auto kSettingsPrograms = std::to_array<SettingsProgram>({
     {QLatin1StringView("LXQt"), QLatin1StringView("lxqt-config-session"), {}},
 });
 
+/// The desktop's own folder for settings: a Flatpak sandbox gives its program another.
+QString configFolder() {
+    if (qEnvironmentVariableIsEmpty("FLATPAK_ID")) {
+        return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    }
+    const QString outside = qEnvironmentVariable("HOST_XDG_CONFIG_HOME");
+    return outside.isEmpty() ? QDir::homePath() + u"/.config" : outside;
+}
+
 } // namespace
 
 XdgLoginItem::XdgLoginItem()
-    : XdgLoginItem(QCoreApplication::applicationFilePath(),
-                   QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart") {}
+    : XdgLoginItem(QCoreApplication::applicationFilePath(), configFolder() + u"/autostart",
+                   qEnvironmentVariable("FLATPAK_ID")) {}
 
-XdgLoginItem::XdgLoginItem(const QString &programFile, const QString &autostartFolder)
+XdgLoginItem::XdgLoginItem(const QString &programFile, const QString &autostartFolder, const QString &flatpakId)
     : m_programFile(programFile)
-    , m_autostartFolder(autostartFolder) {}
+    , m_autostartFolder(autostartFolder)
+    , m_flatpakId(flatpakId) {}
 
 LoginItemStatus XdgLoginItem::status() const {
     if (!isProgramThere() || isInBuildTree()) {
@@ -91,16 +101,20 @@ QString XdgLoginItem::whyNot() const {
 }
 
 QString XdgLoginItem::write(bool isEnabled) const {
+    const bool isSandboxed = !m_flatpakId.isEmpty();
+    const QByteArray program = isSandboxed ? QByteArrayLiteral("flatpak") : desktopEntryString(m_programFile);
+    const QByteArray command =
+        isSandboxed ? "flatpak run " + desktopEntryCommand(m_flatpakId) : desktopEntryCommand(m_programFile);
     const QByteArray entry =
         "[Desktop Entry]\n"
         "Type=Application\n"
         "Name=Tallowby\n"
         "Icon=org.tallowby.Tallowby\n"
         "TryExec=" +
-        desktopEntryString(m_programFile) +
+        program +
         "\n"
         "Exec=" +
-        desktopEntryCommand(m_programFile) +
+        command +
         "\n"
         "Terminal=false\n"
         "NoDisplay=true\n" +

@@ -13,7 +13,8 @@ class XdgLoginItem final : public LoginItem {
 public:
     /// This program, in the user's own autostart folder.
     XdgLoginItem();
-    XdgLoginItem(const QString &programFile, const QString &autostartFolder);
+    /// In a Flatpak sandbox the desktop knows the program only by the sandbox's name.
+    XdgLoginItem(const QString &programFile, const QString &autostartFolder, const QString &flatpakId = {});
 
     [[nodiscard]] LoginItemStatus status() const override;
     [[nodiscard]] QString registerItem() override;
@@ -31,6 +32,7 @@ private:
 
     QString m_programFile;
     QString m_autostartFolder;
+    QString m_flatpakId;
 };
 
 } // namespace tallowby

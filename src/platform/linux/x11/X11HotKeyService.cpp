@@ -41,8 +41,9 @@ private:
     std::shared_ptr<Combination> m_combination;
 };
 
-X11HotKeyService::X11HotKeyService(std::unique_ptr<XcbConnection> x11, Scheduler &scheduler)
+X11HotKeyService::X11HotKeyService(std::unique_ptr<XcbConnection> x11, Scheduler &scheduler, Sight sight)
     : m_x11(std::move(x11))
+    , m_sight(sight)
     , m_hold(*m_x11, scheduler) {
     if (m_x11->isValid()) {
         selectKeyboardEvents();

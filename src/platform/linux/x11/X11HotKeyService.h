@@ -23,12 +23,17 @@ class X11HotKeyService final : public QObject, public HotKeyService {
 public:
     static constexpr std::int32_t kNoServer = -1;
 
+    /// What of the keyboard the server sees: all of it, or, as a guest of a Wayland session, what is typed into its own
+    /// windows.
+    enum class Sight { everything, itsOwnWindows };
+
     /// `x11` is this service's own connection: a press must not wait behind other services' events.
-    X11HotKeyService(std::unique_ptr<XcbConnection> x11, Scheduler &scheduler);
+    X11HotKeyService(std::unique_ptr<XcbConnection> x11, Scheduler &scheduler, Sight sight = Sight::everything);
     ~X11HotKeyService() override;
 
     std::int32_t installHandler(std::function<void()> pressed) override;
     [[nodiscard]] HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+    [[nodiscard]] bool reachesEverywhere() const override { return m_sight == Sight::everything; }
 
 private:
     class Registration;
@@ -51,6 +56,7 @@ private:
     [[nodiscard]] std::vector<xcb_window_t> roots() const;
 
     std::unique_ptr<XcbConnection> m_x11;
+    const Sight m_sight;
     KeyboardHold m_hold;
     ModifierMap m_modifierMap;
     std::uint8_t m_xkbEvent = 0;

@@ -69,7 +69,18 @@ void X11Presentation::preparePanel(QWindow &window) {
     m_panelWindow = xcb_window_t(window.winId());
     finishQtRequests();
     xcb_change_window_attributes(m_x11.handle(), m_panelWindow, XCB_CW_EVENT_MASK, &kWindowEvents);
+    writeActivationToken();
     writePanelStates();
+}
+
+void X11Presentation::writeActivationToken() {
+    const QByteArray token = std::exchange(m_activationToken, {});
+    if (token.isEmpty()) {
+        xcb_delete_property(m_x11.handle(), m_panelWindow, m_x11.atom("_NET_STARTUP_ID"));
+        return;
+    }
+    xcb_change_property(m_x11.handle(), XCB_PROP_MODE_REPLACE, m_panelWindow, m_x11.atom("_NET_STARTUP_ID"),
+                        m_x11.atom("UTF8_STRING"), 8, std::uint32_t(token.size()), token.constData());
 }
 
 bool X11Presentation::showUnseen(QWindow &window) {

@@ -29,11 +29,15 @@ public:
     [[nodiscard]] bool showUnseen(QWindow &window) override;
     void hideUnseen(QWindow &window) override;
     void activateIgnoringOtherApps(QWindow &window) override;
+    /// What the desktop has handed over with a press of the hot key: the panel shows it at its next showing, and may
+    /// take the keyboard (Startup Notification Protocol, freedesktop.org).
+    void setActivationToken(const QByteArray &token) { m_activationToken = token; }
 
 private:
     [[nodiscard]] bool coversDocks() const;
     [[nodiscard]] std::vector<xcb_atom_t> panelStates();
     void writePanelStates();
+    void writeActivationToken();
     void completePanelStates();
     void requestState(xcb_atom_t state, std::uint32_t action) const;
     void handleEvent(const xcb_generic_event_t &event);
@@ -43,6 +47,7 @@ private:
     PresentationOptions m_options = kDefaultPresentation;
     ActivationPolicy m_policy = ActivationPolicy::accessory;
     QPointer<QWindow> m_panel;
+    QByteArray m_activationToken;
     xcb_window_t m_panelWindow = XCB_WINDOW_NONE;
     // Takes the input focus as soon as it can be seen.
     xcb_window_t m_awaited = XCB_WINDOW_NONE;

@@ -1,4 +1,4 @@
-#include "support/TrayHost.h"
+#include "support/bus/TrayHost.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
