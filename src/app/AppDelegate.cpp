@@ -25,6 +25,7 @@
 #include "media/VoiceRecordingService.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
+#include "platform/desktop/ScreenLock.h"
 #include "platform/desktop/StatusArea.h"
 #include "platform/theme/Theme.h"
 #include "platform/theme/ThemeImageProvider.h"
@@ -103,10 +104,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_firstFlipObservation =
         m_notifications.observe(events::flipComplete, [this](const Notification &) { onFirstFlip(); });
     m_flipCompleteObservation = m_notifications.observe(events::flipComplete, [this](const auto &) {
-        if (m_waitingWindow) {
+        if (m_waitingWindow || m_platform->screenLock().isDrawn()) {
             m_notifications.post(events::canvasCloseRequested);
         }
     });
+    // Whoever comes back to a locked screen finds the desktop, not what was being written.
+    connect(&m_platform->screenLock(), &ScreenLock::drawn, this,
+            [this] { m_notifications.post(events::canvasCloseRequested); });
     m_flipClosedObservation =
         m_notifications.observe(events::flipClosed, [this](const auto &) { openWaitingWindow(); });
 }

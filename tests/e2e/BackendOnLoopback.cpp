@@ -33,10 +33,12 @@ bool isOfTheTable(const HttpRequest &request) {
 
 } // namespace
 
-BackendOnLoopback::BackendOnLoopback() {
+BackendOnLoopback::BackendOnLoopback(const std::optional<QSslConfiguration> &tls)
+    : m_isSecure(tls.has_value()) {
     std::promise<quint16> listening;
-    m_thread.reset(QThread::create([this, &listening] {
-        const ScriptedServer server([this](const QByteArray &bytes, QTcpSocket &socket) { answer(bytes, socket); });
+    m_thread.reset(QThread::create([this, &listening, tls] {
+        const ScriptedServer server([this](const QByteArray &bytes, QTcpSocket &socket) { answer(bytes, socket); },
+                                    tls);
         listening.set_value(server.port());
         QEventLoop().exec();
     }));
@@ -50,7 +52,9 @@ BackendOnLoopback::~BackendOnLoopback() {
 }
 
 QString BackendOnLoopback::address() const {
-    return QStringLiteral("http://127.0.0.1:%1").arg(m_port);
+    return QStringLiteral("%1://127.0.0.1:%2")
+        .arg(m_isSecure ? QStringLiteral("https") : QStringLiteral("http"))
+        .arg(m_port);
 }
 
 QStringList BackendOnLoopback::texts() {
@@ -67,16 +71,47 @@ std::vector<HttpRequest> BackendOnLoopback::posted(QStringView path) {
     return found;
 }
 
+QByteArray BackendOnLoopback::wrongAnswer() const {
+    const auto whole = [](const QByteArray &head, const QByteArray &body) -> QByteArray {
+        return "HTTP/1.1 " + head + "\r\nContent-Length: " + QByteArray::number(body.size()) +
+               "\r\nConnection: close\r\n\r\n" + body;
+    };
+    switch (fault.load()) {
+    case Fault::none:
+    case Fault::hangUp:
+        return {};
+    case Fault::outOfOrder:
+        return whole("500 x\r\nContent-Type: text/html", "<html>out of order</html>");
+    case Fault::conflict:
+        return whole("409 Conflict\r\nContent-Type: application/json", R"({"code":"23505","message":"duplicate key"})");
+    case Fault::unauthorized:
+        return whole("401 Unauthorized\r\nContent-Type: application/json", R"({"message":"JWT expired"})");
+    case Fault::page:
+        return whole("200 OK\r\nContent-Type: text/html", "<html>Welcome to the hotel</html>");
+    case Fault::noHttp:
+        return QByteArrayLiteral("\x16\x03\x01 what is this\r\n\r\n");
+    case Fault::half:
+        return QByteArrayLiteral(
+            "HTTP/1.1 201 Created\r\nContent-Type: application/json\r\nContent-Length: 900\r\n\r\n[{");
+    case Fault::redirect:
+        return whole("307 Temporary Redirect\r\nLocation: http://127.0.0.1:" + QByteArray::number(otherPort.load()) +
+                         "/rest/v1/blocks",
+                     {});
+    }
+    Q_UNREACHABLE();
+}
+
 void BackendOnLoopback::answer(const QByteArray &bytes, QTcpSocket &socket) {
     const std::lock_guard lock(m_mutex);
-    HttpResponse response{500, "text/html", {}, "<html>out of order</html>"};
-    if (isBroken) {
+    if (fault != Fault::none) {
         ++refused;
-    } else {
-        m_taken.push_back(parsed(bytes));
-        response = isOfTheTable(m_taken.back()) ? m_table.serve(m_taken.back())
-                                                : HttpResponse{201, "application/json", {}, {}};
+        socket.write(wrongAnswer());
+        socket.disconnectFromHost();
+        return;
     }
+    m_taken.push_back(parsed(bytes));
+    const HttpResponse response =
+        isOfTheTable(m_taken.back()) ? m_table.serve(m_taken.back()) : HttpResponse{201, "application/json", {}, {}};
     socket.write("HTTP/1.1 " + QByteArray::number(response.status) + " x\r\nContent-Length: " +
                  QByteArray::number(response.body.size()) + "\r\nContent-Type: " + response.contentType +
                  "\r\nContent-Range: " + response.contentRange + "\r\nConnection: close\r\n\r\n" + response.body);

@@ -5,7 +5,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QElapsedTimer>
+#include <QDBusMessage>
 #include <QProcess>
 
 #include <X11/keysym.h>
@@ -93,6 +93,31 @@ TEST_F(OtherDesks, ADisplayThatComesOrGoesUnderTheCanvasIsCountedFromTheNextTurn
     closeCanvas();
     openCanvas();
     EXPECT_TRUE(canvasCovers(QRect(QPoint(), kScreenSize)));
+}
+
+TEST_F(OtherDesks, AScreenThatLocksFindsTheDesktopAgain) {
+    const QDBusConnection bus = QDBusConnection::connectToBus(
+        environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")), QStringLiteral("locker"));
+    const auto tell = [&bus](bool isLocked) {
+        QDBusMessage signal =
+            QDBusMessage::createSignal(QStringLiteral("/ScreenSaver"), QStringLiteral("org.freedesktop.ScreenSaver"),
+                                       QStringLiteral("ActiveChanged"));
+        EXPECT_TRUE(bus.send(signal << isLocked));
+    };
+    startProgram();
+    openCanvas();
+    tell(true);
+    EXPECT_TRUE(program().says(u"[FlipEngine] ✅ Flip closed, desktop restored. (Window persisted)"));
+    EXPECT_TRUE(eventually([this] { return other.hasFocus(); }));
+    tell(false);
+    openCanvas();
+
+    closeCanvas();
+    pressHotKey();
+    ASSERT_TRUE(program().says(u"[FlipWindow] 👁️ Shown on main screen"));
+    tell(true);
+    EXPECT_TRUE(program().says(u"[FlipEngine] ✅ Flip closed, desktop restored. (Window persisted)")) << "in mid-turn";
+    QDBusConnection::disconnectFromBus(QStringLiteral("locker"));
 }
 
 TEST_F(OtherDesks, OnAWaylandSessionTheKeyComesFromTheDesktopPortal) {

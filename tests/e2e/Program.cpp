@@ -2,9 +2,12 @@
 
 #include "e2e/Waiting.h"
 
+#include <QFile>
+
 #include <algorithm>
 
 #include <signal.h>
+#include <unistd.h>
 
 namespace tallowby::test {
 
@@ -49,6 +52,21 @@ bool Program::hasSaid(QStringView part) {
 QString Program::output() {
     read();
     return m_lines.join(u'\n');
+}
+
+QByteArrayList Program::numbers(const char *file) const {
+    QFile source(QStringLiteral("/proc/%1/%2").arg(m_process.processId()).arg(QLatin1StringView(file)));
+    return source.open(QFile::ReadOnly) ? source.readAll().split(' ') : QByteArrayList();
+}
+
+double Program::processorSeconds() const {
+    // utime and stime; the program's name before them has no blank.
+    const QByteArrayList stat = numbers("stat");
+    return (stat.value(13).toDouble() + stat.value(14).toDouble()) / double(::sysconf(_SC_CLK_TCK));
+}
+
+double Program::residentMiB() const {
+    return numbers("statm").value(1).toDouble() * double(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
 void Program::send(int signal) {

@@ -21,12 +21,17 @@ public:
     /// Everything so far, for the message of a failure.
     [[nodiscard]] QString output();
 
+    /// Of all its threads, since it began.
+    [[nodiscard]] double processorSeconds() const;
+    [[nodiscard]] double residentMiB() const;
+
     void send(int signal);
     /// Waits for its end. The exit code, or -1 when it did not end or crashed.
     [[nodiscard]] int exitCode();
 
 private:
     void read();
+    [[nodiscard]] QByteArrayList numbers(const char *file) const;
 
     QProcess m_process;
     QByteArray m_unfinishedLine;

@@ -84,12 +84,12 @@ TEST_F(Survey, IsAnsweredByKeyboardAndVoiceSentOnceAndNeverOfferedAgain) {
     ASSERT_TRUE(eventually([this] { return QFile(recording()).size() > 4'000; }));
     keyboard.tap(XK_space);
 
-    backend.isBroken = true;
+    backend.fault = Fault::outOfOrder;
     press();
     ASSERT_TRUE(program().says(u"[FeedbackService] ❌ Voice note upload failed (500): <html>out of order</html>"));
     const QByteArray sound = contents(recording());
     ASSERT_TRUE(sound.contains("moov"));
-    backend.isBroken = false;
+    backend.fault = Fault::none;
     press();
     ASSERT_TRUE(program().says(u"[FeedbackService] ✅ Feedback submitted"));
     const auto uploads = backend.posted(u"/storage/v1/object/feedback-audio/");

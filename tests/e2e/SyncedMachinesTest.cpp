@@ -1,6 +1,7 @@
 #include "e2e/BackendOnLoopback.h"
 #include "e2e/Desk.h"
 #include "e2e/Waiting.h"
+#include "support/ScriptedServer.h"
 
 #include <X11/keysym.h>
 
@@ -63,7 +64,7 @@ TEST_F(SyncedMachines, ANoteReachesTheOtherMachineAndItsEditComesBack) {
 }
 
 TEST_F(SyncedMachines, WhatIsTypedWhileTheServerIsOutOfOrderArrivesLater) {
-    backend.isBroken = true;
+    backend.fault = Fault::outOfOrder;
     startProgram();
     openCanvas();
     keyboard.type(u"kept");
@@ -71,10 +72,55 @@ TEST_F(SyncedMachines, WhatIsTypedWhileTheServerIsOutOfOrderArrivesLater) {
     EXPECT_TRUE(program().says(u"[SyncEngine] ❌ Push failed: Network request failed"));
     ASSERT_TRUE(notesBecome({QStringLiteral("kept")}));
     const int before = backend.refused;
-    backend.isBroken = false;
+    backend.fault = Fault::none;
     keyboard.type(u" and sent");
     EXPECT_TRUE(backendHas({QStringLiteral("kept and sent")}));
     EXPECT_LT(before, 20) << "a server that is out of order is asked over and over";
+}
+
+TEST_F(SyncedMachines, ServersThatGoWrongInEveryWayLoseNothingAndAreNotPressed) {
+    BackendOnLoopback elsewhere;
+    backend.otherPort = elsewhere.port();
+    startProgram();
+    openCanvas();
+    QString text;
+    double memory = 0;
+    for (int i = 1; i < 2 * kFaultCount; ++i) {
+        const auto fault = static_cast<Fault>(i % kFaultCount);
+        if (fault == Fault::none) {
+            memory = program().residentMiB();
+            continue;
+        }
+        const int before = backend.refused;
+        backend.fault = fault;
+        keyboard.type(u"x");
+        text += u'x';
+        ASSERT_TRUE(eventually([&] { return backend.refused > before; })) << "fault " << i;
+        ASSERT_TRUE(program().says(u"[SyncEngine] ❌ Push failed: ")) << "fault " << i;
+    }
+    EXPECT_TRUE(notesBecome({text}));
+    const int refused = backend.refused;
+    const double processor = program().processorSeconds();
+    std::this_thread::sleep_for(std::chrono::seconds(3));
+    EXPECT_LT(backend.refused, refused + 5) << "a server that goes wrong is asked over and over";
+    EXPECT_LT(program().processorSeconds() - processor, 0.5);
+    EXPECT_LT(program().residentMiB(), memory + 20);
+
+    backend.fault = Fault::none;
+    keyboard.type(u"y");
+    EXPECT_TRUE(backendHas({text + u'y'}));
+    EXPECT_TRUE(elsewhere.posted(u"").empty()) << "the key went where a redirect pointed";
+}
+
+TEST_F(SyncedMachines, AServerThatCannotProveWhoItIsGetsNothing) {
+    BackendOnLoopback impostor(untrustedTls());
+    environment().insert(QStringLiteral("TALLOWBY_SUPABASE_URL"), impostor.address());
+    startProgram();
+    openCanvas();
+    keyboard.type(u"mine");
+    ASSERT_TRUE(program().says(u"The server could not prove who it is"));
+    EXPECT_TRUE(notesBecome({QStringLiteral("mine")}));
+    EXPECT_TRUE(impostor.posted(u"").empty());
 }
 
 TEST_F(SyncedMachines, AnAddressThatCannotBeUsedIsSaidInOneLine) {

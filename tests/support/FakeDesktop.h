@@ -8,6 +8,7 @@
 #include "platform/desktop/LoginItem.h"
 #include "platform/desktop/MotionPreference.h"
 #include "platform/desktop/Presentation.h"
+#include "platform/desktop/ScreenLock.h"
 #include "platform/desktop/StatusArea.h"
 #include "platform/desktop/Workspace.h"
 #include "support/FakeAudio.h"
@@ -105,6 +106,11 @@ struct FakeMotionPreference final : MotionPreference {
     [[nodiscard]] bool prefersReducedMotion() const override { return isReduced; }
 };
 
+struct FakeScreenLock final : ScreenLock {
+    void draw() { setIsDrawn(true); }
+    void open() { setIsDrawn(false); }
+};
+
 struct FakeStatusArea final : StatusArea {
     bool isThere = false;
 
@@ -166,6 +172,7 @@ public:
     FakeHotKeyService hotKeyService;
     FakeLoginItem loginItemService;
     FakeMotionPreference motionService;
+    FakeScreenLock screenLockService;
     FakeStatusArea statusAreaService;
     FakeVideo videoService;
     FakeWorkspace workspaceService;
@@ -179,6 +186,7 @@ public:
     [[nodiscard]] LoginItem &loginItem() override { return loginItemService; }
     [[nodiscard]] MotionPreference &motionPreference() override { return motionService; }
     [[nodiscard]] Presentation &presentation() override { return presentationService; }
+    [[nodiscard]] ScreenLock &screenLock() override { return screenLockService; }
     [[nodiscard]] StatusArea &statusArea() override { return statusAreaService; }
     [[nodiscard]] Video &video() override { return videoService; }
     [[nodiscard]] Workspace &workspace() override { return workspaceService; }

@@ -13,6 +13,9 @@ class QTcpSocket;
 
 namespace tallowby::test {
 
+/// For a server whose certificate is for this machine and signed by nobody.
+[[nodiscard]] QSslConfiguration untrustedTls();
+
 /// A server on loopback that says exactly the bytes that a test gives it, however wrong they are. Takes each request
 /// whole, one a connection.
 class ScriptedServer {

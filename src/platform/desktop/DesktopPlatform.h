@@ -13,6 +13,7 @@ class LoginItem;
 class MotionPreference;
 class Presentation;
 class Scheduler;
+class ScreenLock;
 class StatusArea;
 class Video;
 class Workspace;
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] virtual LoginItem &loginItem() = 0;
     [[nodiscard]] virtual MotionPreference &motionPreference() = 0;
     [[nodiscard]] virtual Presentation &presentation() = 0;
+    [[nodiscard]] virtual ScreenLock &screenLock() = 0;
     [[nodiscard]] virtual StatusArea &statusArea() = 0;
     [[nodiscard]] virtual Video &video() = 0;
     [[nodiscard]] virtual Workspace &workspace() = 0;

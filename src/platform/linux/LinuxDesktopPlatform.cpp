@@ -1,5 +1,6 @@
 #include "platform/desktop/DesktopPlatform.h"
 
+#include "platform/linux/DBusScreenLock.h"
 #include "platform/linux/DesktopMotionPreference.h"
 #include "platform/linux/TrayWatch.h"
 #include "platform/linux/XdgLoginItem.h"
@@ -61,6 +62,7 @@ public:
     [[nodiscard]] LoginItem &loginItem() override { return m_loginItem; }
     [[nodiscard]] MotionPreference &motionPreference() override { return m_motionPreference; }
     [[nodiscard]] Presentation &presentation() override { return m_presentation; }
+    [[nodiscard]] ScreenLock &screenLock() override { return m_screenLock; }
     [[nodiscard]] StatusArea &statusArea() override { return m_trayWatch; }
     [[nodiscard]] Workspace &workspace() override { return m_workspace; }
 
@@ -76,6 +78,7 @@ private:
     std::unique_ptr<PortalTrust> m_portalTrust;
     XdgLoginItem m_loginItem;
     DesktopMotionPreference m_motionPreference;
+    DBusScreenLock m_screenLock;
     TrayWatch m_trayWatch;
     GstAudio m_audio;
     GstVideo m_video;
