@@ -1,4 +1,5 @@
 #include "platform/linux/gstreamer/GstAudio.h"
+#include "platform/LooseDevices.h"
 #include "platform/linux/gstreamer/Pipeline.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
@@ -137,6 +138,20 @@ TEST_F(GstAudioTest, WhatCannotBeRecordedSaysWhy) {
     // A recorder that is never started, nor stopped, ends by itself.
     qputenv("TALLOWBY_AUDIO_SOURCE", "audiotestsrc");
     EXPECT_TRUE(audio.makeRecorder(path, {}).made);
+}
+
+TEST_F(GstAudioTest, AMicrophoneThatIsUnpluggedLeavesWhatItHeard) {
+    registerLooseDevices();
+    qputenv("TALLOWBY_AUDIO_SOURCE", "loosemicrophone");
+    const QString path = folder.file(QStringLiteral("note.m4a"));
+    auto [recorder, error] = audio.makeRecorder(path, {});
+    ASSERT_TRUE(recorder) << qPrintable(error);
+    ASSERT_TRUE(recorder->record());
+    ASSERT_TRUE(waitUntil([&] { return recorder->hasFailed(); }));
+    bool isFinished = false;
+    recorder->stop([&isFinished] { isFinished = true; });
+    ASSERT_TRUE(waitUntil([&] { return isFinished; }));
+    EXPECT_NEAR(pitch(path), 440, 15);
 }
 
 } // namespace tallowby::test

@@ -1,4 +1,5 @@
 #include "platform/linux/gstreamer/GstVideo.h"
+#include "platform/LooseDevices.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
@@ -149,6 +150,26 @@ TEST_F(GstVideoTest, WithoutDevicesThereIsSoundOnlyOrNothing) {
     bool isOver = false;
     player->onEnd([&isOver] { isOver = true; });
     EXPECT_TRUE(waitUntil([&] { return isOver; })) << "what cannot be played is over at once";
+}
+
+TEST_F(GstVideoTest, ADeviceThatIsUnpluggedEndsTheFilmAndKeepsIt) {
+    registerLooseDevices();
+    for (const char *loose : {"TALLOWBY_VIDEO_SOURCE", "TALLOWBY_AUDIO_SOURCE"}) {
+        const bool isCamera = loose[9] == 'V';
+        const QByteArray whole = qgetenv(loose);
+        qputenv(loose, isCamera ? "loosecamera" : "loosemicrophone");
+        const QString path = folder.file(QLatin1StringView(loose) + QStringLiteral(".mp4"));
+        End end;
+        {
+            const auto session = video.makeSession({}, {});
+            session->startRunning();
+            session->startRecording(path, end.callback());
+            EXPECT_TRUE(end.isGood()) << loose;
+            EXPECT_FALSE(session->isRecording());
+        }
+        qputenv(loose, whole);
+        EXPECT_TRUE(isPlayable(path)) << loose;
+    }
 }
 
 TEST_F(GstVideoTest, ManyRecordingsLeaveNoThreadAndNoFileBehind) {
