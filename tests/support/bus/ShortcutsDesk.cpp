@@ -46,6 +46,10 @@ public:
         } else if (member == u"CreateSession") {
             note(member);
             createSession(message, bus);
+        } else if (member == u"AccessCamera") {
+            note(member);
+            const QMutexLocker lock(&m_mutex);
+            respond(bus, message, qdbus_cast<QVariantMap>(arguments.last()), m_script.status, {});
         } else if (member == u"BindShortcuts") {
             bindShortcuts(message, bus);
         } else {

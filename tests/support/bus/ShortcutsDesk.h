@@ -11,9 +11,9 @@
 
 namespace tallowby::test {
 
-/// A desktop that gives keys to programs, on a bus of the test's own: in the place of the desktop portal, or behind the
-/// real one as its backend. It answers on a thread of its own, so that a program under test may wait for it. Main
-/// thread only.
+/// A desktop that gives keys and cameras to programs, on a bus of the test's own: in the place of the desktop portal,
+/// or behind the real one as its backend. It answers on a thread of its own, so that a program under test may wait for
+/// it. Main thread only.
 class ShortcutsDesk {
 public:
     enum class Role {

@@ -3,6 +3,7 @@
 #include "platform/linux/gstreamer/Devices.h"
 #include "platform/linux/gstreamer/GstCaptureSession.h"
 #include "platform/linux/gstreamer/GstMoviePlayer.h"
+#include "platform/linux/portal/CameraPortal.h"
 
 #include <QDir>
 
@@ -19,7 +20,8 @@ const QString kDevices = QStringLiteral("/dev");
 
 } // namespace
 
-GstVideo::GstVideo() {
+GstVideo::GstVideo()
+    : m_portal(isSandboxed() ? std::make_unique<CameraPortal>() : nullptr) {
     m_work.setMaxThreadCount(1);
     m_work.setExpiryTimeout(int(kIdleThread.count()));
 }
@@ -29,6 +31,9 @@ GstVideo::~GstVideo() {
 }
 
 CameraAccess GstVideo::cameraAccess() {
+    if (m_portal) {
+        return m_portal->access();
+    }
     // Outside a sandbox a person may use a camera when the group of its device file lets them.
     const QStringList cameras = QDir(kDevices).entryList({QStringLiteral("video*")}, QDir::System);
     const bool isDenied = !cameras.isEmpty() && std::ranges::none_of(cameras, [](const QString &name) {
@@ -39,7 +44,11 @@ CameraAccess GstVideo::cameraAccess() {
 }
 
 void GstVideo::requestCameraAccess(std::function<void(bool)> answer) {
-    answer(cameraAccess() == CameraAccess::authorized);
+    if (m_portal && m_portal->access() == CameraAccess::notDetermined) {
+        m_portal->ask(std::move(answer));
+    } else {
+        answer(cameraAccess() == CameraAccess::authorized);
+    }
 }
 
 QList<MediaDevice> GstVideo::cameras() {

@@ -4,10 +4,14 @@
 
 #include <QThreadPool>
 
+#include <memory>
+
 namespace tallowby {
 
+class CameraPortal;
+
 /// Films by GStreamer. `TALLOWBY_VIDEO_SOURCE` in the environment names an element in place of the camera; for sound
-/// see GstAudio.
+/// see GstAudio. In a sandbox the desktop portal is asked before a camera is used.
 class GstVideo final : public Video {
 public:
     GstVideo();
@@ -22,6 +26,7 @@ public:
     [[nodiscard]] MediaResult<MoviePlayer> makePlayer(const QString &path) override;
 
 private:
+    std::unique_ptr<CameraPortal> m_portal;
     /// Finishes files; has no thread while there is nothing to do.
     QThreadPool m_work;
 };

@@ -1,4 +1,5 @@
 #include "platform/VirtualKey.h"
+#include "platform/linux/gstreamer/GstVideo.h"
 #include "platform/linux/portal/PortalHotKeyService.h"
 #include "support/VirtualScheduler.h"
 #include "support/WaitUntil.h"
@@ -178,6 +179,27 @@ TEST_F(PortalHotKey, ComesThroughTheSystemsOwnPortal) {
     EXPECT_EQ(ask(), 0);
     portal.end();
     EXPECT_TRUE(test::waitUntil([&] { return decisions.back() == kHotKeyUndecided; }));
+}
+
+TEST_F(PortalHotKey, ASandboxedProgramAsksForTheCameraOnceItHasAnAnswer) {
+    qputenv("FLATPAK_ID", "org.tallowby.Tallowby");
+    GstVideo video;
+    qunsetenv("FLATPAK_ID");
+    EXPECT_EQ(video.cameraAccess(), CameraAccess::notDetermined);
+    const auto request = [&video] {
+        std::optional<bool> answer;
+        video.requestCameraAccess([&answer](bool isGranted) { answer = isGranted; });
+        EXPECT_TRUE(test::waitUntil([&answer] { return answer.has_value(); }));
+        return answer;
+    };
+    EXPECT_EQ(request(), false) << "there is no portal yet";
+    EXPECT_EQ(video.cameraAccess(), CameraAccess::notDetermined);
+    startDesk({.status = 1});
+    EXPECT_EQ(request(), false);
+    EXPECT_EQ(video.cameraAccess(), CameraAccess::denied);
+    desk->setStatus(0);
+    EXPECT_EQ(request(), false) << "the answer holds for the run";
+    EXPECT_EQ(desk->calls(), QStringList{QStringLiteral("AccessCamera")});
 }
 
 TEST(PortalTrigger, NamesKeysAsXkbcommonDoes) {
