@@ -16,6 +16,35 @@ const QMimeData *clipboardData() {
     return QGuiApplication::clipboard()->mimeData();
 }
 
+/// Qt's name for pixels; it makes of them whatever format another program asks for.
+const QString kPixelsType = QStringLiteral("application/x-qt-image");
+
+/// Most programs take the file as it is, so that no pixel is decoded before one asks.
+class PictureData final : public QMimeData {
+public:
+    explicit PictureData(const PasteboardPicture &picture)
+        : m_decode(picture.decode) {
+        setData(picture.mimeType, picture.file);
+    }
+
+    [[nodiscard]] QStringList formats() const override { return QMimeData::formats() << kPixelsType; }
+
+protected:
+    [[nodiscard]] QVariant retrieveData(const QString &mimeType, QMetaType type) const override {
+        if (mimeType != kPixelsType) {
+            return QMimeData::retrieveData(mimeType, type);
+        }
+        if (m_pixels.isNull()) {
+            m_pixels = m_decode();
+        }
+        return m_pixels;
+    }
+
+private:
+    std::function<QImage()> m_decode;
+    mutable QImage m_pixels;
+};
+
 } // namespace
 
 QList<QUrl> QtPasteboard::fileUrls() const {
@@ -56,12 +85,10 @@ QByteArray QtPasteboard::data(const QString &mimeType) const {
 }
 
 void QtPasteboard::write(const PasteboardContent &content) {
-    auto mimeData = std::make_unique<QMimeData>();
+    auto mimeData = content.picture ? std::unique_ptr<QMimeData>(std::make_unique<PictureData>(*content.picture))
+                                    : std::make_unique<QMimeData>();
     if (!content.text.isEmpty()) {
         mimeData->setText(content.text);
-    }
-    if (!content.image.isNull()) {
-        mimeData->setImageData(content.image);
     }
     for (const auto &[mimeType, bytes] : content.data) {
         mimeData->setData(mimeType, bytes);

@@ -279,7 +279,11 @@ TEST_F(PictureBodies, TheMenuOffersWhatTheKindCanDo) {
     const auto entries = canvas.view->menuEntriesOf(*full);
     ASSERT_EQ(entries.back().text, QStringLiteral("Copy image"));
     entries.back().action();
-    EXPECT_EQ(canvas.pasteboard.content.image.size(), QSize(40, 20));
+    const auto &picture = canvas.pasteboard.content.picture;
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->file, full->imageData());
+    EXPECT_EQ(picture->mimeType, QStringLiteral("image/png"));
+    EXPECT_EQ(picture->decode().size(), QSize(40, 20));
     EXPECT_TRUE(canvas.pasteboard.content.data.isEmpty()) << "the picture and nothing of the block";
 }
 

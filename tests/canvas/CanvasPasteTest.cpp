@@ -131,7 +131,7 @@ TEST_F(CanvasPaste, HostileBlocksAreRefusedWhole) {
     model.copySelected();
     const auto good = pasteboard.content.data;
     const auto with = [&](QByteArray records, const QByteArray &styles) {
-        pasteboard.content = {.text = {}, .image = {}, .data = {{good[0].first, records}, {good[1].first, styles}}};
+        pasteboard.content = {.text = {}, .picture = {}, .data = {{good[0].first, records}, {good[1].first, styles}}};
     };
     for (const auto &[from, to] : std::vector<std::pair<QByteArray, QByteArray>>{{"\"width\":100", "\"width\":1e12"},
                                                                                  {"\"width\":100", "\"width\":1e999"},

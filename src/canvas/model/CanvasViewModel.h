@@ -182,7 +182,7 @@ public:
     /// Blocks, their texts, and the picture when it is one picture. Nothing when nothing is selected.
     void copySelected();
     void cutSelected();
-    /// The whole picture of an image block, and nothing of the block. Nothing for one that cannot be shown.
+    /// The whole picture of an image block, and nothing of the block. Nothing for one that holds none.
     void copyPicture(const Block &block);
 
     // Changes. Each is stamped, marked for upload and saved.

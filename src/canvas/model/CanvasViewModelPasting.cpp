@@ -148,8 +148,8 @@ bool CanvasViewModel::copyToPasteboard() {
 }
 
 void CanvasViewModel::copyPicture(const Block &block) {
-    if (const QImage picture = block.uiImage(); !picture.isNull()) {
-        m_pasteboard.write({.text = {}, .image = picture, .data = {}});
+    if (auto picture = pictureOf(block)) {
+        m_pasteboard.write({.text = {}, .picture = std::move(picture), .data = {}});
     }
 }
 

@@ -4,7 +4,10 @@
 #include "model/AnyCodable.h"
 #include "model/BlockRecordReader.h"
 #include "model/BlockRecordWriter.h"
+#include "model/ImageDecoding.h"
 #include "model/TimestampCoding.h"
+
+#include <QMimeDatabase>
 
 #include <algorithm>
 #include <array>
@@ -27,6 +30,8 @@ const QString &stylesType() {
 
 /// In canvas points. Farther out, neighbouring numbers are too far apart to draw with.
 constexpr double kFarthest = 1e9;
+/// In pixels, of what other programs get that do not take the file itself.
+constexpr int kLongestCopiedSide = 8192;
 
 QString textOf(const Block &block) {
     QStringList lines;
@@ -126,11 +131,20 @@ BlockPtr newBlock(SharedBlockFields fields, QUuid ownerId) {
 
 } // namespace
 
+std::optional<PasteboardPicture> pictureOf(const Block &block) {
+    const QByteArray file = block.imageData().value_or(QByteArray());
+    const QString mimeType = QMimeDatabase().mimeTypeForData(file).name();
+    if (!mimeType.startsWith(u"image/")) {
+        return std::nullopt;
+    }
+    return PasteboardPicture{file, mimeType, [file] { return decodePicture(file, kLongestCopiedSide).image; }};
+}
+
 PasteboardWriting pasteboardContentOf(const std::vector<BlockPtr> &blocks) {
     PasteboardWriting writing;
     writing.content.text = textsOf(blocks);
     if (blocks.size() == 1 && blocks.front()->blockType() == BlockType::image) {
-        writing.content.image = blocks.front()->uiImage();
+        writing.content.picture = pictureOf(*blocks.front());
     }
     QByteArray document;
     if (const auto refusal = writeRecords(blocks, document)) {

@@ -21,6 +21,9 @@ struct PasteboardWriting {
     /// Why the blocks themselves are not in it, to go after their name.
     QString refusal;
 };
+/// The whole picture of an image block, however small it is shown; none where its payload holds none.
+[[nodiscard]] std::optional<PasteboardPicture> pictureOf(const Block &block);
+
 /// The blocks in paint order, their texts in reading order with blank lines between them, and the picture when the one
 /// block is a picture.
 [[nodiscard]] PasteboardWriting pasteboardContentOf(const std::vector<BlockPtr> &blocks);

@@ -6,14 +6,25 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
+#include <optional>
 #include <utility>
 
 namespace tallowby {
 
+/// A picture as its file has it.
+struct PasteboardPicture {
+    QByteArray file;
+    /// Of the file.
+    QString mimeType;
+    /// Asked once at most, when another program wants pixels.
+    std::function<QImage()> decode;
+};
+
 /// What is put on the pasteboard in one go; what is empty is left out.
 struct PasteboardContent {
     QString text;
-    QImage image;
+    std::optional<PasteboardPicture> picture;
     /// MIME types with their bytes.
     QList<std::pair<QString, QByteArray>> data;
 };
