@@ -209,7 +209,6 @@ QCoro::Task<> SyncEngine::performInitialSync() {
     if (const auto *failure = std::get_if<SyncFailure>(&outcome)) {
         if (failure->isUnreachable) {
             logLine(QString(u"[SyncEngine] Not connected: " + failure->description));
-            m_saidFailure = failure->description;
         }
         fail(*failure);
         co_return;
@@ -219,7 +218,6 @@ QCoro::Task<> SyncEngine::performInitialSync() {
         anyMerged = merge(std::move(row)) || anyMerged;
     }
     m_storage.save();
-    m_saidFailure.clear();
     m_seenUntil = start;
     // The moment of the question, not of the answer: what was changed elsewhere in between is not in it.
     setLastSyncTime(start);
@@ -250,12 +248,9 @@ QCoro::Task<> SyncEngine::pullRemoteChanges() {
         co_return;
     }
     if (const auto *failure = std::get_if<SyncFailure>(&outcome)) {
-        if (std::exchange(m_saidFailure, failure->description) != failure->description) {
-            logLine(QString(u"[SyncEngine] Pull failed: " + failure->description));
-        }
+        logLine(QString(u"[SyncEngine] Pull failed: " + failure->description));
         co_return;
     }
-    m_saidFailure.clear();
     bool anyMerged = false;
     for (BlockDTO &row : std::get<std::vector<BlockDTO>>(outcome)) {
         anyMerged = merge(std::move(row)) || anyMerged;
@@ -343,7 +338,6 @@ QCoro::Task<> SyncEngine::pushLocalChanges() {
     setPendingChanges(0);
     setLastSyncTime(now());
     m_pullsSincePush = 0;
-    m_saidFailure.clear();
     setSyncState({SyncState::Kind::connected});
     logLine(u"[SyncEngine] ✅ Successfully pushed %1 changes"_qs.arg(changed.size()));
     endPush();

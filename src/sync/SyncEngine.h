@@ -121,8 +121,6 @@ private:
     std::optional<Timestamp> m_seenUntil;
     /// How many pulls there were since a push moved `lastSyncTime`; none while it has not.
     std::optional<int> m_pullsSincePush;
-    /// Why the backend could not be used, as it was said last: it is not said every 15 seconds.
-    QString m_saidFailure;
 
     ScheduledCall m_start;
     ScheduledCall m_syncDebouncer;
