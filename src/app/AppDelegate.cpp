@@ -83,11 +83,11 @@ AppDelegate::~AppDelegate() {
 void AppDelegate::applicationDidFinishLaunching() {
     logLine(u"[AppDelegate] 🚀 Tallowby Ghost App launched");
     setupMainMenu();
+    m_launchAtLoginManager->enableIfNeeded();
     m_updaterController = std::make_unique<UpdaterController>(
         windowServices(), [this]() -> HttpClient & { return httpClient(); },
         UpdateSource::ofThisBuild(QCoreApplication::applicationFilePath()), QCoreApplication::applicationVersion());
     m_updaterController->startUpdater();
-    m_launchAtLoginManager->enableIfNeeded();
     m_permissionManager =
         std::make_unique<PermissionManager>(m_platform->accessibilityTrust(), m_notifications, m_scheduler);
     if (m_permissionManager->accessibilityState() == PermissionState::granted) {
