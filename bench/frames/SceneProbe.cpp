@@ -61,6 +61,8 @@ QJsonObject SceneProbe::run(int keys, int idleSeconds) {
     bringZoomTo("zoomOut", kZoomRange);
     result.insert(QStringLiteral("pan_zoom_025_ms"), pan());
     result.insert(QStringLiteral("zoom_sweep_ms"), sweepZoom());
+    bringZoomTo("zoomIn", kZoomRange);
+    result.insert(QStringLiteral("pan_zoom_3_ms"), pan());
     result.insert(QStringLiteral("memory_after_mib"), rounded(ProcessUsage::of(getpid()).proportionalMiB));
     return result;
 }

@@ -102,10 +102,18 @@ double InkedPixels::inkOf(const QImage &picture) {
 }
 
 InkedPixels::InkedPixels(const QImage &picture)
-    : m_size(picture.size()) {
+    : InkedPixels(picture.width()) {
+    append(picture);
+}
+
+InkedPixels::InkedPixels(int width)
+    : m_size(width, 0)
+    , m_rowStarts{0} {}
+
+void InkedPixels::append(const QImage &picture) {
+    m_size.rheight() += picture.height();
     m_rowStarts.reserve(std::size_t(m_size.height()) + 1);
-    m_rowStarts.push_back(0);
-    for (int y = 0; y < m_size.height(); ++y) {
+    for (int y = 0; y < picture.height(); ++y) {
         const auto row = rowOf(picture, y);
         const auto rowBegin = m_runs.size();
         for (int x = 0; x < m_size.width(); ++x) {

@@ -27,6 +27,10 @@ public:
     [[nodiscard]] static double inkOf(const QImage &picture);
 
     explicit InkedPixels(const QImage &picture);
+    /// Of a picture of that width, without any rows yet.
+    explicit InkedPixels(int width);
+    /// Puts the rows of that picture, of the same width, below the others.
+    void append(const QImage &picture);
 
     [[nodiscard]] QSize size() const { return m_size; }
     [[nodiscard]] qint64 sizeInBytes() const;

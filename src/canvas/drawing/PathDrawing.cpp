@@ -17,21 +17,30 @@ double reach(const PathLayer &layer) {
     return layer.pen.joinStyle() == Qt::MiterJoin ? half * std::min(layer.pen.miterLimit(), 4.0) : half;
 }
 
+QRectF inked(const PathLayer &layer) {
+    const double margin = reach(layer);
+    return layer.path.controlPointRect().adjusted(-margin, -margin, margin, margin);
+}
+
 } // namespace
 
 PathDrawing::PathDrawing(std::vector<PathLayer> layers)
     : m_layers(std::move(layers)) {
     for (const PathLayer &layer : m_layers) {
-        const double margin = reach(layer);
         // A straight line has no area of its own, and nothing is united with an empty rectangle.
-        const QRectF inked = layer.path.controlPointRect().adjusted(-margin, -margin, margin, margin);
-        m_bounds = m_bounds.isEmpty() ? inked : m_bounds.united(inked);
+        m_bounds = m_bounds.isEmpty() ? inked(layer) : m_bounds.united(inked(layer));
     }
 }
 
 void PathDrawing::paint(QPainter &painter) const {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    bool isInvertible = false;
+    const QRectF seen = painter.transform().inverted(&isInvertible).mapRect(QRectF(painter.window()));
     for (const PathLayer &layer : m_layers) {
+        // The painter would prepare a whole line before it finds nothing of it in sight.
+        if (isInvertible && !inked(layer).intersects(seen)) {
+            continue;
+        }
         painter.setPen(layer.pen);
         painter.setBrush(layer.fill);
         painter.drawPath(layer.path);

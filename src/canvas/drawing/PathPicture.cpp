@@ -26,6 +26,10 @@ double pixelCount(const QRectF &rect) {
     return (rect.width() + 4) * (rect.height() + 4);
 }
 
+double longestSide(const QRectF &rect) {
+    return std::max(rect.width(), rect.height()) + 4;
+}
+
 } // namespace
 
 std::shared_ptr<const PathPicture> PathPicture::make(const PathDrawing &drawing, const Place &place) {
@@ -36,39 +40,61 @@ std::shared_ptr<const PathPicture> PathPicture::make(const PathDrawing &drawing,
     const QRectF exact = inPixels(drawing, place);
     // Asked before anything is rounded: a record may claim a drawing of any size.
     const double pixels = pixelCount(exact);
-    if (drawing.isEmpty() || !(pixels <= kLargestPicture) ||
-        double(bytesInUse()) + kBytesPerPixel * pixels > double(kBudget)) {
+    const double largest = form == Form::whole ? kLargestWhole : kLargestInked;
+    if (drawing.isEmpty() || !(pixels <= largest) || longestSide(exact) > kLongestSide ||
+        double(bytesInUse()) + std::min(kBytesPerPixel * pixels, double(kMostBytes)) > double(kBudget)) {
         return nullptr;
     }
     // With an empty pixel all around: the edge of a picture that is turned would be jagged, its inside is not.
-    return std::shared_ptr<const PathPicture>(
-        new PathPicture(drawing, place, exact.toAlignedRect().adjusted(-1, -1, 1, 1), form));
+    const QRect area = exact.toAlignedRect().adjusted(-1, -1, 1, 1);
+    std::optional<Pixels> painted = paint(drawing, place, area, form);
+    if (!painted) {
+        return nullptr;
+    }
+    return std::shared_ptr<const PathPicture>(new PathPicture(place, area.topLeft(), std::move(*painted)));
 }
 
 std::shared_ptr<const PathPicture> PathPicture::makeBounded(const PathDrawing &drawing, Place place) {
-    const double pixels = pixelCount(inPixels(drawing, place));
-    if (pixels > kLargestPicture) {
-        // Edges have to fit, too, so that the longest one decides.
-        place.scale *= 0.9 * std::sqrt(kLargestPicture / pixels);
+    const QRectF exact = inPixels(drawing, place);
+    const double fitting = std::min(std::sqrt(kLargestWhole / pixelCount(exact)), kLongestSide / longestSide(exact));
+    if (fitting < 1) {
+        // Edges have to fit, too.
+        place.scale *= 0.9 * fitting;
     }
     return make(drawing, place, Form::whole);
 }
 
-PathPicture::PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels, Form form)
-    : m_place(place)
-    , m_topLeft(pixels.topLeft()) {
-    QImage image(pixels.size(), QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.translate(place.phase - m_topLeft);
-    painter.scale(place.scale, place.scale);
-    drawing.paint(painter);
-    painter.end();
-    if (form == Form::smallest && InkedPixels::inkOf(image) <= InkedPixels::kMostInk) {
-        m_pixels = InkedPixels(image);
-    } else {
-        m_pixels = image;
+std::optional<PathPicture::Pixels> PathPicture::paint(const PathDrawing &drawing, const Place &place, const QRect &area,
+                                                      Form form) {
+    const int rows = int(kLargestWhole) / area.width();
+    const auto band = [&](int top) {
+        QImage image(area.width(), std::min(rows, area.bottom() + 1 - top), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.translate(place.phase - QPoint(area.left(), top));
+        painter.scale(place.scale, place.scale);
+        drawing.paint(painter);
+        return image;
+    };
+    if (area.height() <= rows) {
+        const QImage image = band(area.top());
+        const bool isWhole = form == Form::whole || InkedPixels::inkOf(image) > InkedPixels::kMostInk;
+        return isWhole ? Pixels(image) : Pixels(InkedPixels(image));
     }
+    InkedPixels ink(area.width());
+    for (int top = area.top(); top <= area.bottom(); top += rows) {
+        ink.append(band(top));
+        if (ink.sizeInBytes() > kMostBytes) {
+            return std::nullopt;
+        }
+    }
+    return ink;
+}
+
+PathPicture::PathPicture(const Place &place, QPoint topLeft, Pixels pixels)
+    : m_place(place)
+    , m_topLeft(topLeft)
+    , m_pixels(std::move(pixels)) {
     bytesInUse() += sizeInBytes();
 }
 

@@ -6,6 +6,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 #include <variant>
 
 namespace tallowby {
@@ -23,8 +24,14 @@ public:
         friend bool operator==(const Place &, const Place &) = default;
     };
 
-    /// In pixels; beyond, the drawing is too large to be kept.
-    static constexpr double kLargestPicture = 4'000'000;
+    /// In pixels; beyond, a drawing is kept only as the pixels of its lines.
+    static constexpr double kLargestWhole = 4'000'000;
+    /// In pixels: a sketch as large as a screen of 4K, three times magnified. Beyond, a drawing is not kept.
+    static constexpr double kLargestInked = 80'000'000;
+    /// In pixels; the painter loses count beyond, and textures are no longer than that.
+    static constexpr double kLongestSide = 16'000;
+    /// In bytes, of one picture.
+    static constexpr qint64 kMostBytes = 16'000'000;
     /// In bytes, of all pictures.
     static constexpr qint64 kBudget = 96 * 1024 * 1024;
 
@@ -47,6 +54,8 @@ public:
     [[nodiscard]] QRectF area() const;
 
 private:
+    using Pixels = std::variant<QImage, InkedPixels>;
+
     enum class Form {
         whole,
         smallest,
@@ -54,12 +63,15 @@ private:
 
     [[nodiscard]] static std::shared_ptr<const PathPicture> make(const PathDrawing &drawing, const Place &place,
                                                                  Form form);
-    PathPicture(const PathDrawing &drawing, const Place &place, const QRect &pixels, Form form);
+    /// Empty where that takes too much memory. A large one is painted in bands, of which only one is in memory.
+    [[nodiscard]] static std::optional<Pixels> paint(const PathDrawing &drawing, const Place &place, const QRect &area,
+                                                     Form form);
+    PathPicture(const Place &place, QPoint topLeft, Pixels pixels);
     [[nodiscard]] qint64 sizeInBytes() const;
 
     Place m_place;
     QPoint m_topLeft;
-    std::variant<QImage, InkedPixels> m_pixels;
+    Pixels m_pixels;
 };
 
 } // namespace tallowby

@@ -103,6 +103,35 @@ TEST(PathPicture, ThinLinesAreKeptAsTheirPixelsAndAreasWhole) {
     EXPECT_EQ(texture->area(), lines->area());
 }
 
+TEST(PathPicture, ALargeSketchIsKeptInBandsAndALargeAreaNotAtAll) {
+    constexpr double kScale = 20;
+    const auto large = PathPicture::make(curl(), {.scale = kScale, .phase = {}});
+    ASSERT_TRUE(large && large->ink());
+    EXPECT_GT(double(large->size().width()) * large->size().height(), 2 * PathPicture::kLargestWhole);
+    EXPECT_TRUE(large->area().contains(curl().bounds()));
+    QImage whole(large->size(), kFormat);
+    whole.fill(Qt::transparent);
+    QPainter painter(&whole);
+    painter.scale(kScale, kScale);
+    painter.translate(-large->area().topLeft());
+    curl().paint(painter);
+    painter.end();
+    // Curves are cut where a band ends.
+    EXPECT_LE(largestDifference(large->image().scaled(500, 500), whole.scaled(500, 500)), 8);
+
+    QPainterPath area;
+    area.addRect(0, 0, 3000, 3000);
+    EXPECT_FALSE(PathPicture::make(PathDrawing({{.path = area, .fill = Qt::black}}), {}));
+    const auto texture = PathPicture::makeBounded(PathDrawing({{.path = area, .fill = Qt::black}}), {});
+    EXPECT_TRUE(texture && texture->area().contains(area.boundingRect()));
+    QPainterPath line({0, 0});
+    line.lineTo(1e6, 0);
+    const PathDrawing endless({{.path = line, .pen = QPen(Qt::black, 2)}});
+    EXPECT_FALSE(PathPicture::make(endless, {}));
+    const auto coarse = PathPicture::makeBounded(endless, {});
+    EXPECT_TRUE(coarse && coarse->size().width() <= PathPicture::kLongestSide);
+}
+
 TEST(ClippedOutlines, LookTheSameWithinTheView) {
     const QRectF view(0, 0, 240, 180);
     for (const QBrush &fill : {QBrush(Qt::NoBrush), QBrush(QColor(47, 107, 235))}) {

@@ -23,10 +23,11 @@ PathDrawing curls() {
     return PathDrawing(std::move(layers));
 }
 
-QImage painted(const PathDrawing &drawing) {
-    QImage image(100, 100, QImage::Format_ARGB32_Premultiplied);
+QImage painted(const PathDrawing &drawing, const QRect &view = {0, 0, 100, 100}) {
+    QImage image(view.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
     QPainter painter(&image);
+    painter.translate(-view.topLeft());
     drawing.paint(painter);
     return image;
 }
@@ -47,6 +48,20 @@ TEST(PathDrawing, IsPaintedByTwoThreadsAtOnce) {
         thread.join();
         ASSERT_EQ(here, expected) << round;
         ASSERT_EQ(another, expected) << round;
+    }
+}
+
+TEST(PathDrawing, PaintsAllThatIsInSight) {
+    const QImage whole = painted(curls());
+    for (const QRect view : {QRect(30, 30, 40, 40), QRect(0, 60, 100, 10), QRect(95, 0, 5, 100)}) {
+        const QImage part = painted(curls(), view);
+        for (int y = 0; y < part.height(); ++y) {
+            for (int x = 0; x < part.width(); ++x) {
+                // Curves are cut at the edge of what they are painted on, which moves them by a fraction of a pixel.
+                ASSERT_NEAR(qGreen(part.pixel(x, y)), qGreen(whole.pixel(view.topLeft() + QPoint(x, y))), 40)
+                    << view.x() << " " << x << " " << y;
+            }
+        }
     }
 }
 
