@@ -66,6 +66,7 @@ void DividerBlockContent::setZoom(double zoom) {
 }
 
 void DividerBlockContent::settleZoom() {
+    BlockBody::settleZoom();
     m_rule->settleZoom();
 }
 

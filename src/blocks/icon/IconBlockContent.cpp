@@ -58,6 +58,7 @@ QString IconBlockContent::spokenText() const {
 }
 
 void IconBlockContent::settleZoom() {
+    BlockBody::settleZoom();
     const double side = std::clamp(std::min(width(), height()) * zoom(), 1.0, kLargestSide);
     if (m_shownSide != int(std::ceil(side))) {
         m_shownSide = int(std::ceil(side));

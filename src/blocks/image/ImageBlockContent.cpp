@@ -212,6 +212,7 @@ void ImageBlockContent::setZoom(double zoom) {
 }
 
 void ImageBlockContent::settleZoom() {
+    BlockBody::settleZoom();
     m_picture->settleZoom();
     requestPicture();
 }

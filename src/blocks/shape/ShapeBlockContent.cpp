@@ -100,6 +100,7 @@ void ShapeBlockContent::setZoom(double zoom) {
 }
 
 void ShapeBlockContent::settleZoom() {
+    EditedBody::settleZoom();
     m_outline->settleZoom();
 }
 

@@ -76,6 +76,7 @@ void SketchBlockContent::setZoom(double zoom) {
 }
 
 void SketchBlockContent::settleZoom() {
+    BlockBody::settleZoom();
     m_strokes->settleZoom();
 }
 

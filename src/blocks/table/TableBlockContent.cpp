@@ -241,6 +241,7 @@ void TableBlockContent::setZoom(double zoom) {
 }
 
 void TableBlockContent::settleZoom() {
+    FieldsBody::settleZoom();
     m_lines->settleZoom();
 }
 

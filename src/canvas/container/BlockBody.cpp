@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tallowby {
 
@@ -34,9 +35,26 @@ void BlockBody::setZoom(double zoom) {
     }
 }
 
-void BlockBody::updateDetail() {
+void BlockBody::settleZoom() {
+    setDetail(exactDetail());
+}
+
+double BlockBody::exactDetail() const {
     const double pixelsPerPoint = m_zoom * (window() ? window()->effectiveDevicePixelRatio() : 1.0);
-    const double detail = std::clamp(std::exp2(std::ceil(std::log2(pixelsPerPoint))), kCoarsestDetail, kFinestDetail);
+    return std::clamp(pixelsPerPoint, kCoarsestDetail, kFinestDetail);
+}
+
+/// While the zoom changes, symbols keep their pictures until those are too coarse or too fine.
+void BlockBody::updateDetail() {
+    const double exact = exactDetail();
+    if (!std::exchange(m_hasDetail, true)) {
+        setDetail(exact);
+    } else if (exact > m_detail || 2 * exact < m_detail) {
+        setDetail(std::exp2(std::ceil(std::log2(exact))));
+    }
+}
+
+void BlockBody::setDetail(double detail) {
     if (m_detail != detail) {
         m_detail = detail;
         Q_EMIT detailChanged();
@@ -46,7 +64,7 @@ void BlockBody::updateDetail() {
 void BlockBody::itemChange(ItemChange change, const ItemChangeData &data) {
     QQuickItem::itemChange(change, data);
     if (change == ItemDevicePixelRatioHasChanged) {
-        updateDetail();
+        setDetail(exactDetail());
     }
 }
 

@@ -23,8 +23,9 @@ class BlockBody : public QQuickItem {
     Q_PROPERTY(QString kindSymbol READ kindSymbol CONSTANT)
     /// Whether the body's text can be read at the zoom in use; one that cannot is drawn as lines.
     Q_PROPERTY(bool isLegible READ isLegible NOTIFY isLegibleChanged)
-    /// Pixels of the screen per canvas point, up to the next power of two: as fine as pictures in the body have to be.
-    /// It changes by steps, so that a zoom does not make each of them anew with every frame.
+    /// Pixels per canvas point that pictures in the body have: as many as the screen shows, once the zoom has settled.
+    /// While it changes they keep what they have, from one to two for each that is shown, so that a zoom does not make
+    /// each of them anew with every frame.
     Q_PROPERTY(qreal detail READ detail NOTIFY detailChanged)
     /// Whether a canvas point is another length than a point of the screen.
     Q_PROPERTY(bool isScaled READ isScaled NOTIFY isScaledChanged)
@@ -51,7 +52,7 @@ public:
     [[nodiscard]] double detail() const { return m_detail; }
     [[nodiscard]] bool isScaled() const { return m_zoom != 1; }
     /// The zoom has stood still for a moment: what is drawn for one zoom only may be made anew.
-    virtual void settleZoom() {}
+    virtual void settleZoom();
     [[nodiscard]] bool isEditing() const { return m_isEditing; }
     virtual void setIsEditing(bool isEditing);
     /// Whether items in the body take the pointer while it is not edited. Without, none of them is asked.
@@ -100,7 +101,9 @@ protected:
     void insistOnSize(QSizeF size);
 
 private:
+    [[nodiscard]] double exactDetail() const;
     void updateDetail();
+    void setDetail(double detail);
 
     Block *m_block = nullptr;
     InfiniteCanvasView *m_canvas = nullptr;
@@ -108,6 +111,7 @@ private:
     const BlockKind *m_kind = nullptr;
     double m_zoom = 1;
     double m_detail = 1;
+    bool m_hasDetail = false;
     bool m_isLegible = true;
     bool m_isEditing = false;
     QSizeF m_measuredSize;
