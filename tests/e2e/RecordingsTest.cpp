@@ -88,6 +88,9 @@ TEST_F(Recordings, AFilmIsSeenWhileItIsRecordedAndAfterARestart) {
     select(card);
     keyboard.tap(XK_Return); // Records it.
     ASSERT_TRUE(eventually([&] { return isTestCardIn(card); })) << "what the camera sees";
+    const QRect snow(card.topLeft() + QPoint(230, 170), QSize(50, 20)); // In a corner of the test card.
+    const QImage moment = picture(snow);
+    EXPECT_TRUE(eventually([&] { return picture(snow) != moment; })) << "and goes on seeing";
     const auto recording = [this]() -> QString {
         return dataFolder() + QStringLiteral("/media/") + payload()[u"fileName"].toString();
     };

@@ -11,7 +11,9 @@
 
 #include <array>
 #include <atomic>
+#include <memory>
 #include <optional>
+#include <thread>
 
 namespace tallowby::test {
 
@@ -177,13 +179,18 @@ TEST_F(GstVideoTest, ManyRecordingsLeaveNoThreadAndNoFileBehind) {
         return QDir(QStringLiteral("/proc/self/") + QLatin1StringView(of)).count();
     };
     const auto film = [this](int number) {
-        const auto session = video.makeSession({}, {});
-        session->startRunning();
+        // As the program does: pictures are told of here all the same.
+        std::unique_ptr<CaptureSession> session;
+        std::thread([this, &session] {
+            session = video.makeSession({}, {});
+            session->startRunning();
+        }).join();
         End end;
         const QString path = folder.file(QString::number(number));
         session->startRecording(path, end.callback());
         int pictures = 0;
-        QObject::connect(session->frames().get(), &VideoFrames::changed, [&] {
+        const QObject watching;
+        QObject::connect(session->frames().get(), &VideoFrames::changed, &watching, [&] {
             static_cast<void>(session->frames()->newest());
             ++pictures;
         });

@@ -14,7 +14,7 @@ class FakeVideo final : public Video {
 public:
     struct Session {
         QString cameraId;
-        std::shared_ptr<VideoFrames> frames = std::make_shared<VideoFrames>();
+        std::shared_ptr<VideoFrames> frames = VideoFrames::make();
         bool isRunning = false;
         bool isOpen = true;
         int teardowns = 0;
@@ -25,7 +25,7 @@ public:
     };
     struct Playback {
         QString path;
-        std::shared_ptr<VideoFrames> frames = std::make_shared<VideoFrames>();
+        std::shared_ptr<VideoFrames> frames = VideoFrames::make();
         bool isPlaying = false;
         int starts = 0;
         std::function<void()> ended = nullptr;

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QObject>
 
+#include <memory>
 #include <mutex>
 
 namespace tallowby {
@@ -13,7 +14,8 @@ class VideoFrames : public QObject {
     Q_OBJECT
 
 public:
-    using QObject::QObject;
+    /// Any thread: a camera is opened on a thread of its own, and what comes of it is shown on the main thread.
+    [[nodiscard]] static std::shared_ptr<VideoFrames> make();
 
     /// Any thread. The picture's pixels are shared, not copied.
     void push(const QImage &picture);
@@ -24,6 +26,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    VideoFrames() = default;
+
     std::mutex m_mutex;
     QImage m_newest;
     bool m_isTold = false;

@@ -37,7 +37,7 @@ private:
     const QString m_cameraId;
     const QString m_microphoneId;
     QThreadPool &m_work;
-    const std::shared_ptr<VideoFrames> m_frames = std::make_shared<VideoFrames>();
+    const std::shared_ptr<VideoFrames> m_frames = VideoFrames::make();
     std::unique_ptr<Pipeline> m_pipeline;
     bool m_hasCamera = false;
     bool m_hasMicrophone = false;

@@ -28,7 +28,7 @@ private:
     void end();
 
     std::unique_ptr<Pipeline> m_pipeline;
-    std::shared_ptr<VideoFrames> m_frames = std::make_shared<VideoFrames>();
+    std::shared_ptr<VideoFrames> m_frames = VideoFrames::make();
     std::function<void()> m_ended;
     bool m_isPlaying = false;
 };
