@@ -26,7 +26,7 @@ constexpr std::uint32_t kConfiguringVersion = 2;
 constexpr qsizetype kLongestKeys = 80;
 constexpr qsizetype kLongestToken = 256;
 
-/// The specification has strings where some portals have object paths.
+/// Documented as strings, and object paths from some portals.
 QString pathIn(const QVariant &value) {
     return value.metaType() == QMetaType::fromType<QDBusObjectPath>() ? value.value<QDBusObjectPath>().path()
                                                                       : value.toString();

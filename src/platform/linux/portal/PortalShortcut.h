@@ -22,7 +22,7 @@ void registerPortalShortcut();
 
 /// Those of an answer or a signal; empty when the value is something else.
 [[nodiscard]] QList<PortalShortcut> portalShortcuts(const QVariant &value);
-/// A combination as the shortcuts specification of freedesktop.org writes it, for example "ALT+space"; empty for a key
+/// A combination in the form that freedesktop.org has for shortcuts, for example "ALT+space"; empty for a key
 /// that it has no name for.
 [[nodiscard]] QString portalTrigger(std::uint32_t keyCode, std::uint32_t modifiers);
 
