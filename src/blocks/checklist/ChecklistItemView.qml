@@ -50,10 +50,12 @@ Item {
         y: 6
         width: row.list.width - 76
         color: row.isDone || !row.words ? Theme.inkSoft : Theme.ink
-        font { family: row.list.itemFont.family; pixelSize: row.list.itemFont.pixelSize; strikeout: row.isDone && row.words !== "" }
+        font: row.list.itemFont
         text: row.words ? row.words : qsTr("New Task")
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
+
+        StruckLines { isStruck: row.isDone && row.words }
     }
 
     Symbol {

@@ -74,20 +74,23 @@ void LinkedBody::refreshLinks() {
 void LinkedBody::show(const Display &display) {
     if (!m_shown) {
         QQmlComponent component(qmlEngine(this), kDisplayFile);
-        m_shown = qobject_cast<QQuickItem *>(component.create(qmlContext(this)));
+        m_shown = qobject_cast<QQuickItem *>(component.beginCreate(qmlContext(this)));
         if (!m_shown) {
             qFatal("The text with links could not be made: %s", qUtf8Printable(component.errorString()));
         }
         m_shown->setParent(this);
         m_shown->setParentItem(this);
+        component.completeCreate();
         m_shownLinks = new LinkHighlighter(documentOf(*m_shown));
     }
     m_shown->setPosition(display.position);
     m_shown->setProperty("font", display.font);
     m_shown->setProperty("color", display.color);
     m_shown->setProperty("boundedWidth", display.width);
+    m_shown->setProperty("room", display.room);
     m_shown->setProperty("breaksWords", display.breaksWords);
     m_shown->setProperty("text", display.text);
+    m_shown->setProperty("isStruck", display.isStruck);
     m_shownLinks->setColor(display.linkColor);
 }
 

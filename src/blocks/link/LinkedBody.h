@@ -39,9 +39,12 @@ protected:
         QFont font;
         QColor color;
         QColor linkColor;
+        bool isStruck = false;
         QPointF position;
         /// 0 leaves every line its own width.
         double width = 0;
+        /// From the position to the right edge, for lines of their own width.
+        double room = 0;
         bool breaksWords = false;
     };
     [[nodiscard]] virtual Display display() const = 0;

@@ -32,5 +32,7 @@ AutoExpandingTextEditor {
         }
         Accessible.role: Accessible.EditableText
         Accessible.name: qsTr("Label")
+
+        StruckLines { isStruck: editor.isStruck }
     }
 }

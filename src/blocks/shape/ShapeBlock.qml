@@ -20,6 +20,8 @@ ShapeBlockContent {
         font: content.labelFont
         text: content.label
         textFormat: Text.PlainText
+
+        StruckLines { isStruck: content.block.isStrikethrough }
     }
 
     GreekedText {

@@ -132,6 +132,7 @@ void ShapeBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
     editor.setSize(room.size());
     editor.setFont(labelFont());
     editor.setTextColor(labelColor());
+    editor.setIsStruck(block()->isStrikethrough());
 }
 
 } // namespace tallowby

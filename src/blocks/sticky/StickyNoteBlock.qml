@@ -34,6 +34,8 @@ StickyNoteBlockContent {
         text: content.isEmpty ? qsTr("Tap to edit...") : content.displayText
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
+
+        StruckLines { isStruck: content.block.isStrikethrough && !content.isEmpty }
     }
 
     GreekedText {

@@ -109,8 +109,10 @@ LinkedBody::Display StickyNoteBlockContent::display() const {
             .font = displayFont(),
             .color = Theme::shared().noteInk(),
             .linkColor = Theme::shared().noteLink(),
+            .isStruck = block()->isStrikethrough(),
             .position = {kMargin, kMargin},
-            .width = std::max(1.0, width() - 2 * kMargin)};
+            .width = std::max(1.0, width() - 2 * kMargin),
+            .room = 0};
 }
 
 void StickyNoteBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
@@ -118,6 +120,7 @@ void StickyNoteBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
     editor.setSize({std::max(0.0, width() - 2 * kMargin), std::max(0.0, height() - 2 * kMargin)});
     editor.setFont(displayFont());
     editor.setTextColor(Theme::shared().noteInk());
+    editor.setIsStruck(block()->isStrikethrough());
     static_cast<FieldEditor &>(editor).setFieldName(tr("Note"));
 }
 

@@ -87,6 +87,13 @@ void AutoExpandingTextEditor::setTextColor(const QColor &color) {
     }
 }
 
+void AutoExpandingTextEditor::setIsStruck(bool isStruck) {
+    if (m_isStruck != isStruck) {
+        m_isStruck = isStruck;
+        Q_EMIT isStruckChanged();
+    }
+}
+
 void AutoExpandingTextEditor::showText() {
     if (m_document->toPlainText() != m_text) {
         m_textEdit->setProperty("text", m_text);

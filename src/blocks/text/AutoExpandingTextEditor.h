@@ -21,6 +21,7 @@ class AutoExpandingTextEditor : public QQuickItem {
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor NOTIFY textColorChanged)
+    Q_PROPERTY(bool isStruck READ isStruck WRITE setIsStruck NOTIFY isStruckChanged)
     /// The size of the laid-out text.
     Q_PROPERTY(QSizeF usedSize MEMBER m_usedSize NOTIFY usedSizeChanged)
     /// What an input method is composing and has not put into the text yet.
@@ -46,6 +47,8 @@ public:
     void setFont(const QFont &font);
     [[nodiscard]] QColor textColor() const { return m_textColor; }
     void setTextColor(const QColor &color);
+    [[nodiscard]] bool isStruck() const { return m_isStruck; }
+    void setIsStruck(bool isStruck);
     [[nodiscard]] QSizeF usedSize() const { return m_usedSize; }
     [[nodiscard]] const QString &preedit() const { return m_preedit; }
     void setPreedit(const QString &preedit);
@@ -72,6 +75,7 @@ Q_SIGNALS:
     void textChanged();
     void fontChanged();
     void textColorChanged();
+    void isStruckChanged();
     void usedSizeChanged();
     void preeditChanged();
     void isBlankChanged();
@@ -98,6 +102,7 @@ private:
     QString m_preedit;
     QFont m_font;
     QColor m_textColor;
+    bool m_isStruck = false;
     QSizeF m_usedSize;
     bool m_isBlank = true;
     qreal m_wrapWidth = 0;

@@ -15,12 +15,14 @@ TextBlockContent {
         visible: content.isDisplayShown && content.isLegible && !content.showsLinks
         leftPadding: 4
         topPadding: 2
-        width: content.wrapWidth > 0 ? content.wrapWidth : implicitWidth
+        width: content.wrapWidth > 0 ? content.wrapWidth : Math.max(implicitWidth, content.width)
         wrapMode: content.wrapWidth > 0 ? Text.WrapAnywhere : Text.NoWrap
         color: content.isEmpty ? Theme.inkSoft : content.textColor
         font: content.displayFont
         text: content.isEmpty ? qsTr("Type here...") : content.displayText
         textFormat: Text.PlainText
+
+        StruckLines { isStruck: content.block.isStrikethrough && !content.isEmpty }
     }
 
     GreekedText {

@@ -42,6 +42,7 @@ void TextBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
     editor.setSize(size());
     editor.setFont(displayFont());
     editor.setTextColor(textColor());
+    editor.setIsStruck(block()->isStrikethrough());
 }
 
 LinkedBody::Display TextBlockContent::display() const {
@@ -49,8 +50,10 @@ LinkedBody::Display TextBlockContent::display() const {
             .font = displayFont(),
             .color = textColor(),
             .linkColor = Theme::shared().accent(),
+            .isStruck = block()->isStrikethrough(),
             .position = {AutoExpandingTextEditor::kHorizontalInset, AutoExpandingTextEditor::kVerticalInset},
             .width = wrapWidth(),
+            .room = width() - AutoExpandingTextEditor::kHorizontalInset,
             .breaksWords = true};
 }
 

@@ -31,5 +31,7 @@ AutoExpandingTextEditor {
         }
         Accessible.role: Accessible.EditableText
         Accessible.name: qsTr("Text")
+
+        StruckLines { isStruck: editor.isStruck }
     }
 }

@@ -25,7 +25,6 @@ QFont styledFont(const Block &block, const QStringList &families, double pixelSi
     QFont font = boundedFont(families, pixelSize);
     font.setBold(block.isBold());
     font.setItalic(block.isItalic());
-    font.setStrikeOut(block.isStrikethrough());
     return font;
 }
 

@@ -29,5 +29,7 @@ FieldEditor {
         }
         Accessible.role: Accessible.EditableText
         Accessible.name: editor.fieldName
+
+        StruckLines { isStruck: editor.isStruck }
     }
 }

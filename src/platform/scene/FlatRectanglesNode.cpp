@@ -96,7 +96,7 @@ public:
         }
         painter->setTransform(toWindow);
         painter->setOpacity(inheritedOpacity());
-        painter->setRenderHint(QPainter::Antialiasing, false);
+        painter->setRenderHint(QPainter::Antialiasing, toWindow.isRotating());
         // One letter typed must not cost a pass over all dots of the paper.
         const QRect dirty = isClipped ? clip->boundingRect() & reach : reach;
         const QRectF seen = toWindow.inverted().mapRect(QRectF(dirty));
