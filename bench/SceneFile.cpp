@@ -28,6 +28,7 @@ constexpr int kHeavyItems = 5;
 constexpr int kHeavyTextLength = 52;
 constexpr QRectF kStrokesArea(-880, -480, 1760, 960);
 constexpr int kStrokePoints = 100;
+constexpr int kSketchStrokes = 500;
 /// In points, from one point of a stroke to the next.
 constexpr double kStrokeStep = 4;
 /// What a sketch's frame leaves around its strokes.
@@ -115,8 +116,8 @@ double between(Dice &dice, double low, double high) {
     return low + (high - low) * dice.below(10'000) / 10'000.0;
 }
 
-/// A line that keeps turning, as a hand draws it.
-void fillStroke(BlockFields &fields, AnyCodable::Object &payload, Dice &dice) {
+/// A line that keeps turning, as a hand draws it. Where it goes.
+QRectF addStroke(AnyCodable::Array &strokes, Dice &dice) {
     static const QStringList colors = QStringLiteral("#333333 #2F6BEB #C8372D #34C759").split(u' ');
     QPointF at(between(dice, kStrokesArea.left(), kStrokesArea.right()),
                between(dice, kStrokesArea.top(), kStrokesArea.bottom()));
@@ -139,10 +140,18 @@ void fillStroke(BlockFields &fields, AnyCodable::Object &payload, Dice &dice) {
     stroke.set(QStringLiteral("points"), std::move(points));
     stroke.set(QStringLiteral("color"), colors.at(dice.below(std::uint32_t(colors.size()))));
     stroke.set(QStringLiteral("width"), double(2 + dice.below(5)));
-    AnyCodable::Array strokes;
     strokes.emplace_back(std::move(stroke));
+    return line.boundingRect();
+}
+
+void fillSketch(BlockFields &fields, AnyCodable::Object &payload, int strokeCount, Dice &dice) {
+    AnyCodable::Array strokes;
+    QRectF reach;
+    for (int i = 0; i < strokeCount; ++i) {
+        reach |= addStroke(strokes, dice);
+    }
     payload.set(QStringLiteral("strokes"), std::move(strokes));
-    const QRectF frame = line.boundingRect().adjusted(-kSketchPadding, -kSketchPadding, kSketchPadding, kSketchPadding);
+    const QRectF frame = reach.adjusted(-kSketchPadding, -kSketchPadding, kSketchPadding, kSketchPadding);
     fields.blockType = BlockType::sketch;
     fields.xPosition = frame.x();
     fields.yPosition = frame.y();
@@ -168,13 +177,20 @@ std::vector<SharedBlockFields> sceneRecords(const Scene &scene) {
         fields->zIndex = std::int64_t(place);
         fields->createdAt.secondsSinceReference = kFirstDay + double(place) + dice.below(1'000'000) / 1e6;
         fields->updatedAt = fields->createdAt;
-        if (scene.kind == Scene::Kind::strokes) {
-            fillStroke(*fields, payload, dice);
-        } else {
+        switch (scene.kind) {
+        case Scene::Kind::strokes:
+            fillSketch(*fields, payload, 1, dice);
+            break;
+        case Scene::Kind::sketch:
+            fillSketch(*fields, payload, kSketchStrokes, dice);
+            break;
+        case Scene::Kind::heavyGrid:
             fillKind(*fields, place, payload, dice);
-        }
-        if (scene.kind == Scene::Kind::heavyGrid) {
             payload.set(QStringLiteral("items"), heavyItems(dice));
+            break;
+        case Scene::Kind::grid:
+            fillKind(*fields, place, payload, dice);
+            break;
         }
         if (!payload.members().empty()) {
             fields->content = AnyCodable(std::move(payload)).toJson().value_or(QByteArray());

@@ -19,6 +19,8 @@ struct Scene {
         heavyGrid,
         /// Sketches of one curly stroke of 100 points each, all over one screen around the origin.
         strokes,
+        /// The same with 500 such strokes in each sketch.
+        sketch,
     };
 
     Kind kind = Kind::grid;

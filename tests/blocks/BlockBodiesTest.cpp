@@ -39,19 +39,29 @@ TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
     canvas.settle();
 }
 
-TEST_F(BlockBodies, BlocksBesideTheViewAreMadeReadyAFewAFrameAndThoseInItAtOnce) {
+TEST_F(BlockBodies, BlocksThatWereThereBeforeTheCanvasAreShown) {
+    const BlockPtr block = canvas.add(BlockType::text, {-100, 0, 200, 40}, QStringLiteral("from the file"));
+    canvas.view.reset();
+    canvas.view = makeCanvasView(canvas.engine, canvas.model, canvas.notifications);
+    canvas.view->setParentItem(canvas.window.contentItem());
+    canvas.view->setSize({800, 600});
+    EXPECT_TRUE(canvas.containers().contains(block.get()));
+    canvas.settle();
+}
+
+TEST_F(BlockBodies, BlocksBesideTheViewAreMadeAFewAFrameAndThoseInItAtOnce) {
     std::vector<BlockPtr> beside;
-    for (std::size_t i = 0; i < 3 * BodyQueue::kBodiesPerFrame; ++i) {
+    for (std::size_t i = 0; i < 3 * ContainerRows::kRowsPerFrame; ++i) {
         const QPointF corner(410 + 100.0 * double(i % 2), 100.0 * double(i / 2) - 450);
-        beside.push_back(canvas.add(BlockType::stickyNote, {corner, QSizeF(90, 90)}, QStringLiteral("note")));
+        beside.push_back(canvas.add(BlockType::stickyNote, {corner, QSizeF(90, 90)}, QString::number(i)));
     }
     const auto made = [this, &beside] {
         return std::size_t(std::ranges::count_if(
-            beside, [this](const BlockPtr &block) { return canvas.containers().at(block.get())->body() != nullptr; }));
+            beside, [this](const BlockPtr &block) { return canvas.containers().contains(block.get()); }));
     };
     EXPECT_EQ(made(), 0U);
     Q_EMIT canvas.window.afterAnimating();
-    EXPECT_EQ(made(), BodyQueue::kBodiesPerFrame);
+    EXPECT_EQ(made(), ContainerRows::kRowsPerFrame);
 
     canvas.model.beginEditing(beside.back());
     EXPECT_TRUE(canvas.containers().at(beside.back().get())->isEditing()) << "whoever types needs it now";
@@ -59,12 +69,20 @@ TEST_F(BlockBodies, BlocksBesideTheViewAreMadeReadyAFewAFrameAndThoseInItAtOnce)
     canvas.view->jumpTo({-180, 0});
     for (const BlockPtr &block : beside) {
         const bool isSeen = std::abs(block->yPosition() + 45) < 300;
-        EXPECT_TRUE(!isSeen || canvas.containers().at(block.get())->body()) << block->yPosition();
+        EXPECT_TRUE(!isSeen || canvas.containers().contains(block.get())) << block->yPosition();
     }
     for (int frame = 0; frame < 3; ++frame) {
         Q_EMIT canvas.window.afterAnimating();
     }
     EXPECT_EQ(made(), beside.size());
+    const auto rows = [this] {
+        QStringList texts;
+        for (const BlockPtr &block : canvas.view->containerRows()->blocks()) {
+            texts << block->rawTextOrEmpty();
+        }
+        return texts;
+    };
+    EXPECT_EQ(rows(), canvas.texts()) << "the order of painting is kept";
     canvas.settle();
 }
 
@@ -135,11 +153,11 @@ TEST_F(BlockBodies, StyleReachesEditorAndDisplay) {
     const BlockPtr block = canvas.add(BlockType::text, {0, 0, 300, 200}, QStringLiteral("styled"));
     canvas.model.beginEditing(block);
     canvas.settle();
-    block->setIsStrikethrough(true);
-    EXPECT_TRUE(canvas.focus()->property("font").value<QFont>().strikeOut());
-    block->setIsStrikethrough(false);
+    block->setIsItalic(true);
+    EXPECT_TRUE(canvas.focus()->property("font").value<QFont>().italic());
+    block->setIsItalic(false);
     block->setTextColor(QStringLiteral("#2F6BEB"));
-    EXPECT_FALSE(canvas.focus()->property("font").value<QFont>().strikeOut());
+    EXPECT_FALSE(canvas.focus()->property("font").value<QFont>().italic());
     EXPECT_EQ(canvas.focus()->property("color").value<QColor>(), QColor(0x2F6BEB));
 }
 

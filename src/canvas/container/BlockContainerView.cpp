@@ -1,8 +1,5 @@
 #include "canvas/container/BlockContainerView.h"
 
-#include "canvas/container/BodyQueue.h"
-#include "canvas/model/BlockGeometry.h"
-
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QPropertyAnimation>
@@ -75,7 +72,6 @@ void BlockContainerView::announce() {
 void BlockContainerView::componentComplete() {
     QQuickItem::componentComplete();
     CanvasViewModel &viewModel = m_canvas->viewModel();
-    m_canvas->rememberContainer(*this);
     m_hasCenteredOnSpawn = !viewModel.isSpawning(*m_block);
 
     connect(m_block, &Block::xPositionChanged, this, &BlockContainerView::followBlock);
@@ -92,26 +88,11 @@ void BlockContainerView::componentComplete() {
     showDrag(m_canvas->dragOffsetOf(*m_block));
     followBlock();
     showSelection();
-    const bool isFocused = viewModel.focusedBlock().get() == m_block;
-    if (isFocused || viewModel.isSpawning(*m_block) || reachesInto(m_canvas->viewport().visibleRect())) {
-        makeBody();
-    } else {
-        m_canvas->bodyQueue().add(*this);
-    }
+    createBody();
+    m_canvas->rememberContainer(*this);
+    followFocus();
     if (viewModel.isSpawning(*m_block)) {
         appear();
-    }
-}
-
-bool BlockContainerView::reachesInto(const QRectF &rect) const {
-    const QRectF reach = reachOf(*m_block).translated(m_dragOffset);
-    return meet({reach.topLeft(), reach.size().expandedTo(CanvasViewModel::kSmallestCulledSize)}, rect);
-}
-
-void BlockContainerView::makeBody() {
-    if (!m_body) {
-        createBody();
-        followFocus();
     }
 }
 
@@ -138,9 +119,6 @@ void BlockContainerView::createBody() {
 
 /// The block has become one of another kind: what was typed into the old body stays with the block.
 void BlockContainerView::replaceBody() {
-    if (!m_body) {
-        return;
-    }
     if (isEditing()) {
         m_canvas->viewModel().endEditing();
     }
@@ -201,9 +179,6 @@ void BlockContainerView::followFocus() {
     const bool isFocused = m_canvas->viewModel().focusedBlock().get() == m_block && kind().isEditable;
     if (isEditing() == isFocused) {
         return;
-    }
-    if (!m_body) {
-        createBody();
     }
     if (!isFocused && m_body->inputItem()) {
         // What is still being composed belongs to the text.

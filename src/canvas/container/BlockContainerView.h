@@ -40,13 +40,9 @@ public:
     /// Where on the canvas.
     [[nodiscard]] QString accessibleDescription() const;
 
-    /// Null while the block has not been in the view yet, unless it is edited.
+    /// Null only while the container is being made.
     [[nodiscard]] BlockBody *body() const { return m_body; }
-    /// Makes the body, unless it is there.
-    void makeBody();
-    /// Whether anything of the block is in the rectangle of canvas points, now or when it has been measured.
-    [[nodiscard]] bool reachesInto(const QRectF &rect) const;
-    [[nodiscard]] bool isEditing() const { return m_body && m_body->isEditing(); }
+    [[nodiscard]] bool isEditing() const { return m_body->isEditing(); }
     [[nodiscard]] bool isDragging() const { return m_isDragging; }
     /// From the block's stored place, in canvas points; zero while it is not dragged.
     [[nodiscard]] QPointF dragOffset() const { return m_dragOffset; }

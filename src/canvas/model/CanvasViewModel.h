@@ -31,7 +31,6 @@ class CanvasViewModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The composition root makes it")
-    Q_PROPERTY(tallowby::VisibleBlocksModel *visibleBlocksModel READ visibleBlocksModel CONSTANT)
     Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY blocksChanged)
     Q_PROPERTY(int selectionCount READ selectionCount NOTIFY selectionChanged)
     Q_PROPERTY(QUuid focusedBlockId READ focusedBlockId NOTIFY focusedBlockIdChanged)

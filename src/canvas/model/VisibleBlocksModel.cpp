@@ -38,7 +38,8 @@ QHash<int, QByteArray> VisibleBlocksModel::roleNames() const {
 }
 
 template <typename Predicate>
-void VisibleBlocksModel::removeRows(Predicate isGone) {
+bool VisibleBlocksModel::removeRows(Predicate isGone) {
+    const std::size_t before = m_blocks.size();
     for (int end = int(m_blocks.size()); end > 0;) {
         const auto isGoneAt = [this, &isGone](int row) { return isGone(m_blocks[std::size_t(row)].get()); };
         if (!isGoneAt(end - 1)) {
@@ -54,6 +55,7 @@ void VisibleBlocksModel::removeRows(Predicate isGone) {
         endRemoveRows();
         end = start;
     }
+    return m_blocks.size() != before;
 }
 
 void VisibleBlocksModel::append(const BlockPtr &block) {
@@ -61,10 +63,13 @@ void VisibleBlocksModel::append(const BlockPtr &block) {
     beginInsertRows({}, row, row);
     m_blocks.push_back(block);
     endInsertRows();
+    Q_EMIT changed();
 }
 
 void VisibleBlocksModel::removeAll(const BlockSet &blocks) {
-    removeRows([&blocks](const Block *block) { return blocks.contains(block); });
+    if (removeRows([&blocks](const Block *block) { return blocks.contains(block); })) {
+        Q_EMIT changed();
+    }
 }
 
 void VisibleBlocksModel::moveToEnd(const Block &block) {
@@ -72,16 +77,21 @@ void VisibleBlocksModel::moveToEnd(const Block &block) {
     const int last = int(m_blocks.size()) - 1;
     if (row >= 0 && row != last) {
         moveRow(row, last);
+        Q_EMIT changed();
     }
 }
 
 void VisibleBlocksModel::moveToStart(const Block &block) {
     if (const int row = rowOf(block); row > 0) {
         moveRow(row, 0);
+        Q_EMIT changed();
     }
 }
 
 void VisibleBlocksModel::assign(const std::vector<BlockPtr> &blocks) {
+    if (m_blocks == blocks) {
+        return;
+    }
     removeRows([wanted = setOf(blocks)](const Block *block) { return !wanted.contains(block); });
     const BlockSet kept = setOf(m_blocks);
     for (std::size_t row = 0; row < blocks.size();) {
@@ -99,6 +109,7 @@ void VisibleBlocksModel::assign(const std::vector<BlockPtr> &blocks) {
             row = std::size_t(end - blocks.begin());
         }
     }
+    Q_EMIT changed();
 }
 
 int VisibleBlocksModel::rowOf(const Block &block) const {

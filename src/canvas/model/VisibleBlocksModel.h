@@ -36,11 +36,15 @@ public:
     /// Removes, inserts and moves the rows that differ from `blocks`.
     void assign(const std::vector<BlockPtr> &blocks);
 
+Q_SIGNALS:
+    /// After all that one of these has done to the rows; none when it has done nothing.
+    void changed();
+
 private:
     [[nodiscard]] int rowOf(const Block &block) const;
-    /// In as few runs as there are.
+    /// In as few runs as there are. Whether there were any.
     template <typename Predicate>
-    void removeRows(Predicate isGone);
+    bool removeRows(Predicate isGone);
     void moveRow(int from, int to);
 
     std::vector<BlockPtr> m_blocks;

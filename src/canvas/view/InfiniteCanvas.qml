@@ -37,7 +37,7 @@ InfiniteCanvasView {
         transformOrigin: Item.TopLeft
 
         Repeater {
-            model: view.viewModel.visibleBlocksModel
+            model: view.containerRows
             delegate: BlockContainer { canvas: view }
         }
     }

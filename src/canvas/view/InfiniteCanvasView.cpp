@@ -46,6 +46,8 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
     m_viewModel = &viewModel;
     m_blockKinds = &blockKinds;
     m_notifications = &notifications;
+    connect(viewModel.visibleBlocksModel(), &VisibleBlocksModel::changed, &m_containerRows, &ContainerRows::update);
+    connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, &m_containerRows, &ContainerRows::update);
     connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, this, [this] {
         // A new block is open for editing whatever its kind is; one that has no editor would swallow every key.
         if (const BlockPtr block = m_viewModel->focusedBlock(); block && !isEditable(*block)) {
@@ -66,6 +68,8 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
     connect(&viewModel, &CanvasViewModel::cursorResetRequested, this, [this] { setCursor(Qt::ArrowCursor); });
     connect(&viewModel, &CanvasViewModel::cullingRequested, this, &InfiniteCanvasView::cull);
     viewportMoved();
+    // Of the blocks that were there before, none may have become visible or hidden.
+    m_containerRows.update();
 }
 
 bool InfiniteCanvasView::prefersReducedMotion() const {
@@ -152,7 +156,7 @@ void InfiniteCanvasView::viewportMoved() {
     if (m_viewport.needsCulling()) {
         cull();
     }
-    m_bodyQueue.makeWithin(m_viewport.visibleRect());
+    m_containerRows.viewMoved();
     if (std::exchange(m_shownZoom, m_viewport.scale()) != m_viewport.scale()) {
         forEachBody([this](BlockBody &body) { body.setZoom(m_viewport.scale()); });
         m_zoomSettling = m_viewModel->scheduler().after(
@@ -163,9 +167,7 @@ void InfiniteCanvasView::viewportMoved() {
 
 void InfiniteCanvasView::forEachBody(const std::function<void(BlockBody &)> &act) const {
     for (const BlockContainerView *container : m_containers) {
-        if (container->body()) {
-            act(*container->body());
-        }
+        act(*container->body());
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "canvas/container/BodyQueue.h"
+#include "canvas/container/ContainerRows.h"
 #include "canvas/drawing/LiveSketchState.h"
 #include "canvas/model/BlockKindRegistry.h"
 #include "canvas/model/CanvasViewModel.h"
@@ -40,6 +40,8 @@ class InfiniteCanvasView : public QQuickItem, private ToolContext {
     Q_PROPERTY(QPointF origin READ origin NOTIFY viewportChanged)
     /// Where the canvas origin lies, seen from the middle of the view; in screen points.
     Q_PROPERTY(QPointF offset READ offset NOTIFY viewportChanged)
+    /// The blocks that have a container, in paint order.
+    Q_PROPERTY(tallowby::VisibleBlocksModel *containerRows READ containerRows CONSTANT)
     Q_PROPERTY(tallowby::LiveSketchState *liveSketch READ liveSketchPointer CONSTANT)
     /// The rectangle that is being drawn to select what it touches, on screen; empty when none is.
     Q_PROPERTY(QRectF marquee READ marquee NOTIFY marqueeChanged)
@@ -71,6 +73,7 @@ public:
     [[nodiscard]] qreal zoom() const { return m_viewport.scale(); }
     [[nodiscard]] QPointF origin() const;
     [[nodiscard]] QPointF offset() const { return m_viewport.offset(); }
+    [[nodiscard]] VisibleBlocksModel *containerRows() { return m_containerRows.model(); }
     [[nodiscard]] LiveSketchState *liveSketchPointer() { return &m_liveSketch; }
     [[nodiscard]] QRectF marquee() const;
     [[nodiscard]] bool isGestureRunning() const { return m_isGestureRunning; }
@@ -103,7 +106,6 @@ public:
     void rememberContainer(BlockContainerView &container);
     void forgetContainer(BlockContainerView &container);
     void editorOpened();
-    [[nodiscard]] BodyQueue &bodyQueue() { return m_bodyQueue; }
     /// How far a block is drawn from its place while it is dragged, in canvas points; none while it is not.
     [[nodiscard]] std::optional<QPointF> dragOffsetOf(const Block &block) const;
     /// Of the selected blocks, which are dragged all together.
@@ -197,7 +199,7 @@ private:
     [[nodiscard]] QQuickItem *editorInput() const;
     [[nodiscard]] ImagePicker &imagePicker();
     [[nodiscard]] BlockContainerView *containerOf(const Block *block) const;
-    /// Null for a block whose body has not been made yet, too.
+    /// Null for a block without a container, too.
     [[nodiscard]] BlockBody *bodyOf(const Block *block) const;
     void forEachBody(const std::function<void(BlockBody &)> &act) const;
     [[nodiscard]] QPointF pointerOnCanvas() const;
@@ -224,7 +226,7 @@ private:
     NotificationCenter *m_notifications = nullptr;
     std::array<std::unique_ptr<QQmlComponent>, kBlockTypeCount> m_bodyComponents;
     QHash<const Block *, BlockContainerView *> m_containers;
-    BodyQueue m_bodyQueue{*this};
+    ContainerRows m_containerRows{*this};
     QQmlComponent *m_selectionOutline = nullptr;
     QString m_closeShortcut;
     const MotionPreference *m_motionPreference = nullptr;

@@ -1,0 +1,88 @@
+#include "canvas/container/ContainerRows.h"
+
+#include "canvas/model/BlockGeometry.h"
+#include "canvas/view/InfiniteCanvasView.h"
+
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace tallowby {
+
+ContainerRows::ContainerRows(InfiniteCanvasView &view)
+    : m_view(view) {
+    connect(&view, &QQuickItem::windowChanged, this, [this] {
+        if (m_frames) {
+            disconnect(m_frames);
+            m_frames = {};
+            update();
+        }
+    });
+}
+
+bool ContainerRows::isNeeded(const Block &block) const {
+    const CanvasViewModel &viewModel = m_view.viewModel();
+    if (viewModel.isSpawning(block) || viewModel.focusedBlock().get() == &block) {
+        return true;
+    }
+    const QRectF reach = reachOf(block).translated(m_view.dragOffsetOf(block).value_or(QPointF()));
+    // It may not have been measured yet.
+    return meet({reach.topLeft(), reach.size().expandedTo(CanvasViewModel::kSmallestCulledSize)},
+                m_view.viewport().visibleRect());
+}
+
+void ContainerRows::update() {
+    m_isOutdated = true;
+    // A container that is being made may end the editing of its block.
+    while (m_isOutdated && !m_isTaking) {
+        m_isOutdated = false;
+        m_isTaking = true;
+        take(m_view.window() ? 0 : m_view.viewModel().visibleBlocks().size());
+        m_isTaking = false;
+    }
+}
+
+void ContainerRows::takeMore() {
+    m_isTaking = true;
+    take(kRowsPerFrame);
+    m_isTaking = false;
+    if (m_isOutdated) {
+        update();
+    }
+}
+
+void ContainerRows::viewMoved() {
+    if (std::ranges::any_of(m_waiting, [this](const BlockPtr &block) { return isNeeded(*block); })) {
+        update();
+    }
+}
+
+void ContainerRows::take(std::size_t others) {
+    std::unordered_set<const Block *> taken;
+    std::ranges::transform(m_rows.blocks(), std::inserter(taken, taken.end()), &BlockPtr::get);
+    std::vector<BlockPtr> rows;
+    m_waiting.clear();
+    for (const BlockPtr &block : m_view.viewModel().visibleBlocks()) {
+        if (taken.contains(block.get()) || isNeeded(*block)) {
+            rows.push_back(block);
+        } else if (others > 0) {
+            --others;
+            rows.push_back(block);
+        } else {
+            m_waiting.push_back(block);
+        }
+    }
+    m_rows.assign(rows);
+    if (m_waiting.empty()) {
+        disconnect(m_frames);
+        m_frames = {};
+        return;
+    }
+    if (!m_frames) {
+        m_frames = connect(m_view.window(), &QQuickWindow::afterAnimating, this, &ContainerRows::takeMore);
+    }
+    m_view.window()->update();
+}
+
+} // namespace tallowby
