@@ -8,7 +8,7 @@ namespace tallowby {
 
 /// The ground of a card. Qt's own painter makes a rectangle for the zoom of 1: larger, its round corners are
 /// staircases, and smaller, some of its edges are lost. Without a graphics processor a ground with corners is drawn as
-/// a path there.
+/// a path there, and one that has only an edge is fitted to the pixels of the screen.
 class CardGround : public QQuickRectangle {
     Q_OBJECT
     QML_ELEMENT
@@ -28,9 +28,17 @@ protected:
     QSGNode *updatePaintNode(QSGNode *old, UpdatePaintNodeData *data) override;
 
 private:
+    /// What the ground is shown by.
+    enum class Form {
+        rectangle,
+        path,
+        smallCard,
+    };
+
+    [[nodiscard]] Form form(bool hasEdge) const;
+
     bool m_isScaled = false;
-    /// What the node is that shows the ground.
-    bool m_isPath = false;
+    Form m_form = Form::rectangle;
 };
 
 } // namespace tallowby

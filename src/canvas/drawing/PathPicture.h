@@ -30,8 +30,8 @@ public:
     static constexpr double kLargestInked = 80'000'000;
     /// In pixels; the painter loses count beyond, and textures are no longer than that.
     static constexpr double kLongestSide = 16'000;
-    /// In bytes, of one picture.
-    static constexpr qint64 kMostBytes = 16'000'000;
+    /// In bytes, of one picture: what the sketch of a full screen takes, three times magnified.
+    static constexpr qint64 kMostBytes = 40'000'000;
     /// In bytes, of all pictures.
     static constexpr qint64 kBudget = 96 * 1024 * 1024;
 

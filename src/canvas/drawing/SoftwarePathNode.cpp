@@ -1,10 +1,9 @@
 #include "canvas/drawing/SoftwarePathNode.h"
 
 #include "canvas/drawing/ClippedOutlines.h"
+#include "platform/scene/NodePainter.h"
 
 #include <QPainter>
-#include <QQuickWindow>
-#include <QSGRendererInterface>
 
 #include <algorithm>
 #include <cmath>
@@ -59,56 +58,44 @@ void SoftwarePathNode::show(const PathDrawing &drawing, std::shared_ptr<const Pa
 }
 
 void SoftwarePathNode::render(const RenderState *state) {
-    auto *painter = static_cast<QPainter *>(
-        m_window.rendererInterface()->getResource(&m_window, QSGRendererInterface::PainterResource));
-    if (!painter) {
+    const auto painting = painterFor(*this, *state, m_window);
+    if (!painting) {
         return;
     }
-    const QRectF wanted = matrix()->mapRect(m_rect);
-    const QRect seen = wanted.toAlignedRect() & painter->window();
-    const QRegion *clip = state->clipRegion();
-    if (seen.isEmpty() || (clip && !clip->isEmpty() && !clip->intersects(seen))) {
-        return;
-    }
-    // Asked for only where it cuts something off: with a clip, hundreds of pictures cost twice as much.
-    if (clip && !clip->isEmpty() && !(clip->rectCount() == 1 && clip->boundingRect().contains(seen))) {
-        painter->setClipRegion(*clip, Qt::ReplaceClip);
-    }
-    painter->setTransform(matrix()->toTransform());
-    painter->setOpacity(inheritedOpacity());
+    const auto &[painter, dirty] = *painting;
     if (!m_picture) {
-        paintOutlines(*painter, wanted);
+        paintOutlines(painter, matrix()->mapRect(m_rect));
         return;
     }
-    const QTransform toDevice = painter->deviceTransform();
+    const QTransform toDevice = painter.deviceTransform();
     const bool isExact = fits(toDevice, m_picture->place().scale);
     const QPointF place = toDevice.map(m_picture->area().topLeft());
     const QPointF wholePlace(std::round(place.x()), std::round(place.y()));
-    const double ratio = painter->device()->devicePixelRatio();
-    QImage *pixels = pixelsOf(*painter);
+    const double ratio = painter.device()->devicePixelRatio();
+    QImage *pixels = pixelsOf(painter);
     if (m_picture->ink() && pixels && isUpright(toDevice) && inheritedOpacity() >= 1) {
         const double scale = m_picture->place().scale;
         const InkedPixels::Placement placement =
             isExact
                 ? InkedPixels::Placement{.topLeft = wholePlace}
                 : InkedPixels::Placement{.topLeft = place, .scale = {toDevice.m11() / scale, toDevice.m22() / scale}};
-        for (const QRect &rect : inPixels(clip && !clip->isEmpty() ? *clip & seen : QRegion(seen), ratio)) {
+        for (const QRect &rect : inPixels(dirty, ratio)) {
             m_picture->ink()->paint(*pixels, placement, rect);
         }
         return;
     }
     const QImage image = m_picture->image();
     if (!isExact) {
-        painter->setRenderHint(QPainter::SmoothPixmapTransform, toDevice.type() > QTransform::TxScale);
-        painter->drawImage(m_picture->area(), image);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, toDevice.type() > QTransform::TxScale);
+        painter.drawImage(m_picture->area(), image);
         return;
     }
-    painter->resetTransform();
+    painter.resetTransform();
     const QRectF target(wholePlace / ratio, QSizeF(image.size()) / ratio);
     if (ratio == 1) {
-        painter->drawImage(target.topLeft(), image);
+        painter.drawImage(target.topLeft(), image);
     } else {
-        painter->drawImage(target, image);
+        painter.drawImage(target, image);
     }
 }
 

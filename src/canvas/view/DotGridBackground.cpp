@@ -5,6 +5,7 @@
 #include <QQuickWindow>
 
 #include <cmath>
+#include <vector>
 
 namespace tallowby {
 
@@ -16,12 +17,26 @@ constexpr double kThinningZooms[] = {0.5, 0.35};
 /// What the dots were made for; everything in device pixels.
 struct Lattice {
     double spacing = 0;
-    double dotSize = 0;
+    int dotSize = 0;
     QSize size;
     double pixelRatio = 1;
 
     friend bool operator==(const Lattice &, const Lattice &) = default;
 };
+
+/// Rectangles that together are a disc on whole pixels, as wide as `size`. The smallest are squares.
+std::vector<QRect> disc(int size) {
+    std::vector<QRect> rows;
+    const double radius = size / 2.0;
+    for (int row = 0; 2 * row < size; ++row) {
+        const double fromMiddle = radius - row - 0.5;
+        const int inset = int(std::round(radius - std::sqrt(radius * radius - fromMiddle * fromMiddle)));
+        if (rows.empty() || inset < rows.back().left()) {
+            rows.emplace_back(inset, row, size - 2 * inset, size - 2 * row);
+        }
+    }
+    return rows;
+}
 
 class DotGridNode final : public QSGNode {
 public:
@@ -43,13 +58,17 @@ public:
         m_lattice = lattice;
         const int columns = int(lattice.size.width() / lattice.spacing) + 3;
         const int rows = int(lattice.size.height() / lattice.spacing) + 3;
-        const double side = lattice.dotSize / lattice.pixelRatio;
+        const std::vector<QRect> dot = disc(lattice.dotSize);
         QList<QRectF> dots;
-        dots.reserve(columns * rows);
+        dots.reserve(columns * rows * qsizetype(dot.size()));
         for (int row = 0; row < rows; ++row) {
-            const double top = std::round((row - 1) * lattice.spacing) / lattice.pixelRatio;
+            const double top = std::round((row - 1) * lattice.spacing);
             for (int column = 0; column < columns; ++column) {
-                dots << QRectF(std::round((column - 1) * lattice.spacing) / lattice.pixelRatio, top, side, side);
+                const QPointF corner(std::round((column - 1) * lattice.spacing), top);
+                for (const QRect &part : dot) {
+                    dots << QRectF((corner + part.topLeft()) / lattice.pixelRatio,
+                                   QSizeF(part.size()) / lattice.pixelRatio);
+                }
             }
         }
         m_dots->setRectangles(dots);
@@ -123,7 +142,7 @@ QSGNode *DotGridBackground::updatePaintNode(QSGNode *old, UpdatePaintNodeData *)
     const double spacing = drawnSpacing(m_zoom);
     node->setColor(m_color);
     node->setLattice({.spacing = spacing * ratio,
-                      .dotSize = std::ceil(kDotSize * m_zoom * ratio),
+                      .dotSize = int(std::ceil(kDotSize * m_zoom * ratio)),
                       .size = (size() * ratio).toSize(),
                       .pixelRatio = ratio});
     const auto snapped = [ratio, spacing](double origin) {

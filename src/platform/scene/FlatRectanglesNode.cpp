@@ -1,5 +1,6 @@
 #include "platform/scene/FlatRectanglesNode.h"
 
+#include "platform/scene/NodePainter.h"
 #include "platform/scene/SceneGraph.h"
 
 #include <QPainter>
@@ -7,7 +8,6 @@
 #include <QSGFlatColorMaterial>
 #include <QSGGeometryNode>
 #include <QSGRenderNode>
-#include <QSGRendererInterface>
 
 namespace tallowby {
 
@@ -81,28 +81,17 @@ public:
     [[nodiscard]] RenderingFlags flags() const override { return BoundedRectRendering; }
 
     void render(const RenderState *state) override {
-        auto *painter = static_cast<QPainter *>(
-            m_window.rendererInterface()->getResource(&m_window, QSGRendererInterface::PainterResource));
-        const QTransform toWindow = matrix()->toTransform();
-        const QRect reach = toWindow.mapRect(m_bounds).toAlignedRect() & painter->window();
-        const QRegion *clip = state->clipRegion();
-        const bool isClipped = clip && !clip->isEmpty();
-        if (reach.isEmpty() || (isClipped && !clip->intersects(reach))) {
+        const auto painting = painterFor(*this, *state, m_window);
+        if (!painting) {
             return;
         }
-        // Only where it cuts something off: a clip for each of hundreds of nodes costs as much as what they paint.
-        if (isClipped && !(clip->rectCount() == 1 && clip->boundingRect().contains(reach))) {
-            painter->setClipRegion(*clip, Qt::ReplaceClip);
-        }
-        painter->setTransform(toWindow);
-        painter->setOpacity(inheritedOpacity());
-        painter->setRenderHint(QPainter::Antialiasing, toWindow.isRotating());
+        const auto &[painter, dirty] = *painting;
+        painter.setRenderHint(QPainter::Antialiasing, painter.transform().isRotating());
         // One letter typed must not cost a pass over all dots of the paper.
-        const QRect dirty = isClipped ? clip->boundingRect() & reach : reach;
-        const QRectF seen = toWindow.inverted().mapRect(QRectF(dirty));
+        const QRectF seen = painter.transform().inverted().mapRect(QRectF(dirty.boundingRect()));
         for (const QRectF &rectangle : m_rectangles) {
             if (rectangle.intersects(seen)) {
-                painter->fillRect(rectangle, m_color);
+                painter.fillRect(rectangle, m_color);
             }
         }
     }
