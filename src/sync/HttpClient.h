@@ -25,7 +25,8 @@ struct HttpRequest {
     std::function<void(qint64)> onSent = nullptr;
 };
 
-/// Whatever status the server gave, with the body whole.
+/// Whatever status the server gave, with the body whole; one that came in chunks may be cut short, which its reader
+/// sees: no half of a JSON text is one.
 struct HttpResponse {
     int status = 0;
     QByteArray contentType;

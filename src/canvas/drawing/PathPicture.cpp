@@ -82,9 +82,11 @@ std::optional<PathPicture::Pixels> PathPicture::paint(const PathDrawing &drawing
         return isWhole ? Pixels(image) : Pixels(InkedPixels(image));
     }
     InkedPixels ink(area.width());
+    const double pixels = double(area.width()) * area.height();
+    const double mostBytes = std::min(double(kMostBytes), kMostLargeInk * kBytesPerPixel * pixels);
     for (int top = area.top(); top <= area.bottom(); top += rows) {
         ink.append(band(top));
-        if (ink.sizeInBytes() > kMostBytes) {
+        if (double(ink.sizeInBytes()) > mostBytes) {
             return std::nullopt;
         }
     }

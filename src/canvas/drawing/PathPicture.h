@@ -30,6 +30,8 @@ public:
     static constexpr double kLargestInked = 80'000'000;
     /// In pixels; the painter loses count beyond, and textures are no longer than that.
     static constexpr double kLongestSide = 16'000;
+    /// Of the pixels of one that is larger than that: filled areas are quicker painted than read.
+    static constexpr double kMostLargeInk = 0.5;
     /// In bytes, of one picture: what the sketch of a full screen takes, three times magnified.
     static constexpr qint64 kMostBytes = 40'000'000;
     /// In bytes, of all pictures.
