@@ -39,6 +39,32 @@ TEST_F(BlockBodies, EveryKindShowsAndSaysItself) {
     canvas.settle();
 }
 
+TEST_F(BlockBodies, TextsThatBecomeLargeEnoughToBeReadAreShownAFewAFrame) {
+    std::vector<BlockPtr> notes;
+    for (int i = 0; i < 60; ++i) {
+        const QPointF corner(100.0 * double(i % 10) - 500, 100.0 * double(i / 10) - 300);
+        notes.push_back(canvas.add(BlockType::stickyNote, {corner, QSizeF(90, 90)}, QStringLiteral("note")));
+    }
+    const auto read = [this, &notes] {
+        return std::ranges::count_if(
+            notes, [this](const BlockPtr &block) { return canvas.containers().at(block.get())->body()->isLegible(); });
+    };
+    while (canvas.view->zoom() > 0.3) {
+        canvas.view->zoomOut();
+    }
+    EXPECT_EQ(read(), 0);
+    canvas.view->resetZoom();
+    EXPECT_EQ(read(), 0);
+    Q_EMIT canvas.window.afterAnimating();
+    EXPECT_GT(read(), 0);
+    EXPECT_LT(read(), 60);
+    for (int frame = 0; frame < 3; ++frame) {
+        Q_EMIT canvas.window.afterAnimating();
+    }
+    EXPECT_EQ(read(), 60);
+    canvas.settle();
+}
+
 TEST_F(BlockBodies, BlocksThatWereThereBeforeTheCanvasAreShown) {
     const BlockPtr block = canvas.add(BlockType::text, {-100, 0, 200, 40}, QStringLiteral("from the file"));
     canvas.view.reset();

@@ -28,7 +28,9 @@ void BlockBody::attach(Block &block, InfiniteCanvasView &canvas, const BlockKind
 void BlockBody::setZoom(double zoom) {
     const bool wasScaled = isScaled();
     m_zoom = zoom;
-    updateIsLegible();
+    if (!m_hasDetail || !isLegibilityDue()) {
+        updateIsLegible();
+    }
     updateDetail();
     if (wasScaled != isScaled()) {
         Q_EMIT isScaledChanged();
@@ -73,7 +75,7 @@ double BlockBody::textSize() const {
 }
 
 void BlockBody::updateIsLegible() {
-    const bool isLegible = textSize() * m_zoom >= kSmallestLegibleSize;
+    const bool isLegible = isTextLegible();
     if (m_isLegible != isLegible) {
         m_isLegible = isLegible;
         Q_EMIT isLegibleChanged();

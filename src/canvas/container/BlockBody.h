@@ -46,6 +46,10 @@ public:
     [[nodiscard]] QString kindSymbol() const { return m_kind->symbol; }
 
     [[nodiscard]] bool isLegible() const { return m_isLegible; }
+    /// Whether the text has become large enough to be read and is still drawn as lines: many at once would take longer
+    /// than a frame, and the canvas has some of them changed with each.
+    [[nodiscard]] bool isLegibilityDue() const { return !m_isLegible && isTextLegible(); }
+    void updateIsLegible();
     /// Screen points per canvas point.
     [[nodiscard]] double zoom() const { return m_zoom; }
     virtual void setZoom(double zoom);
@@ -94,13 +98,13 @@ protected:
     [[nodiscard]] CanvasViewModel &viewModel() const { return *m_viewModel; }
     /// Of the text that a person comes to read, in canvas points.
     [[nodiscard]] virtual double textSize() const;
-    void updateIsLegible();
     void itemChange(ItemChange change, const ItemChangeData &data) override;
     /// The measured size of a body that would cut what it shows, or leave a gap: asked for again whenever the block has
     /// been given another size.
     void insistOnSize(QSizeF size);
 
 private:
+    [[nodiscard]] bool isTextLegible() const { return textSize() * m_zoom >= kSmallestLegibleSize; }
     [[nodiscard]] double exactDetail() const;
     void updateDetail();
     void setDetail(double detail);

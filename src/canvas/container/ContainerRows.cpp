@@ -3,23 +3,14 @@
 #include "canvas/model/BlockGeometry.h"
 #include "canvas/view/InfiniteCanvasView.h"
 
-#include <QQuickWindow>
-
 #include <algorithm>
 #include <unordered_set>
 
 namespace tallowby {
 
 ContainerRows::ContainerRows(InfiniteCanvasView &view)
-    : m_view(view) {
-    connect(&view, &QQuickItem::windowChanged, this, [this] {
-        if (m_frames) {
-            disconnect(m_frames);
-            m_frames = {};
-            update();
-        }
-    });
-}
+    : m_view(view)
+    , m_frames(view, [this] { return takeMore(); }) {}
 
 bool ContainerRows::isNeeded(const Block &block) const {
     const CanvasViewModel &viewModel = m_view.viewModel();
@@ -41,15 +32,19 @@ void ContainerRows::update() {
         take(m_view.window() ? 0 : m_view.viewModel().visibleBlocks().size());
         m_isTaking = false;
     }
+    if (!m_waiting.empty()) {
+        m_frames.begin();
+    }
 }
 
-void ContainerRows::takeMore() {
+bool ContainerRows::takeMore() {
     m_isTaking = true;
     take(kRowsPerFrame);
     m_isTaking = false;
     if (m_isOutdated) {
         update();
     }
+    return !m_waiting.empty();
 }
 
 void ContainerRows::viewMoved() {
@@ -74,15 +69,6 @@ void ContainerRows::take(std::size_t others) {
         }
     }
     m_rows.assign(rows);
-    if (m_waiting.empty()) {
-        disconnect(m_frames);
-        m_frames = {};
-        return;
-    }
-    if (!m_frames) {
-        m_frames = connect(m_view.window(), &QQuickWindow::afterAnimating, this, &ContainerRows::takeMore);
-    }
-    m_view.window()->update();
 }
 
 } // namespace tallowby

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/model/VisibleBlocksModel.h"
+#include "platform/scene/FrameWork.h"
 
 #include <QObject>
 #include <QRectF>
@@ -31,7 +32,8 @@ public:
     void viewMoved();
 
 private:
-    void takeMore();
+    /// Whether any are left.
+    bool takeMore();
     /// Takes in all blocks that are needed now, and so many of the others.
     void take(std::size_t others);
     [[nodiscard]] bool isNeeded(const Block &block) const;
@@ -41,7 +43,7 @@ private:
     std::vector<BlockPtr> m_waiting;
     bool m_isTaking = false;
     bool m_isOutdated = false;
-    QMetaObject::Connection m_frames;
+    FrameWork m_frames;
 };
 
 } // namespace tallowby

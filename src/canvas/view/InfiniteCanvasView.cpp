@@ -20,6 +20,8 @@ namespace {
 constexpr double kViewMargin = 40;
 /// Since the last change of the zoom.
 constexpr std::chrono::milliseconds kZoomSettling{120};
+/// Bodies that go from lines to text with one frame.
+constexpr std::size_t kLegiblePerFrame = 24;
 
 } // namespace
 
@@ -158,7 +160,14 @@ void InfiniteCanvasView::viewportMoved() {
     }
     m_containerRows.viewMoved();
     if (std::exchange(m_shownZoom, m_viewport.scale()) != m_viewport.scale()) {
-        forEachBody([this](BlockBody &body) { body.setZoom(m_viewport.scale()); });
+        bool isLegibilityDue = false;
+        forEachBody([this, &isLegibilityDue](BlockBody &body) {
+            body.setZoom(m_viewport.scale());
+            isLegibilityDue = isLegibilityDue || body.isLegibilityDue();
+        });
+        if (isLegibilityDue) {
+            m_legibilityWork.begin();
+        }
         m_zoomSettling = m_viewModel->scheduler().after(
             kZoomSettling, [this] { forEachBody([](BlockBody &body) { body.settleZoom(); }); });
     }
@@ -169,6 +178,22 @@ void InfiniteCanvasView::forEachBody(const std::function<void(BlockBody &)> &act
     for (const BlockContainerView *container : m_containers) {
         act(*container->body());
     }
+}
+
+bool InfiniteCanvasView::makeSomeLegible() {
+    std::size_t left = kLegiblePerFrame;
+    for (const BlockPtr &block : m_containerRows.model()->blocks()) {
+        BlockBody *body = bodyOf(block.get());
+        if (!body || !body->isLegibilityDue()) {
+            continue;
+        }
+        if (left == 0) {
+            return true;
+        }
+        --left;
+        body->updateIsLegible();
+    }
+    return false;
 }
 
 void InfiniteCanvasView::cull() {

@@ -202,6 +202,8 @@ private:
     /// Null for a block without a container, too.
     [[nodiscard]] BlockBody *bodyOf(const Block *block) const;
     void forEachBody(const std::function<void(BlockBody &)> &act) const;
+    /// Of the bodies whose text has become large enough to be read. Whether any are left.
+    bool makeSomeLegible();
     [[nodiscard]] QPointF pointerOnCanvas() const;
     [[nodiscard]] bool handleGestureKey(const QKeyEvent &event);
     [[nodiscard]] bool handleNamedKey(const QKeyEvent &event);
@@ -227,6 +229,7 @@ private:
     std::array<std::unique_ptr<QQmlComponent>, kBlockTypeCount> m_bodyComponents;
     QHash<const Block *, BlockContainerView *> m_containers;
     ContainerRows m_containerRows{*this};
+    FrameWork m_legibilityWork{*this, [this] { return makeSomeLegible(); }};
     QQmlComponent *m_selectionOutline = nullptr;
     QString m_closeShortcut;
     const MotionPreference *m_motionPreference = nullptr;
