@@ -75,9 +75,13 @@ public:
         default:
             length += text.size();
             double number = 0;
-            const Problem problem = readDouble(value, number);
-            isCanonical = isCanonical && problem == Problem::none && isCanonicalNumber(text, number);
-            return problem;
+            if (readDouble(value, number) != Problem::none) {
+                // What is of no type at all is no value. Nothing that has been walked into may be tried as another
+                // type.
+                return Problem::syntax;
+            }
+            isCanonical = isCanonical && isCanonicalNumber(text, number);
+            return Problem::none;
         }
     }
 
