@@ -1,5 +1,6 @@
 #include "canvas/CanvasFixture.h"
 
+#include "canvas/model/UndoGroup.h"
 #include "model/BlockRecordWriter.h"
 #include "model/TimestampCoding.h"
 
@@ -33,6 +34,35 @@ struct CanvasUndo : test::CanvasFixture {
             records[block->id()] = writer.text();
         }
         return records;
+    }
+    /// Makes one change of any kind that is recorded.
+    void change(std::mt19937 &dice) {
+        const BlockPtr block = model.blocks()[dice() % model.blocks().size()];
+        const QPointF from = positionOf(*block);
+        const double offset = double(dice() % 100);
+        switch (model.blocks().size() == 1 ? dice() % 6 : dice() % 7) {
+        case 0:
+            model.updatePosition(block, from, from + QPointF(offset, -offset));
+            break;
+        case 1:
+            model.updateRotation(block, block->rotation(), offset);
+            break;
+        case 2:
+            model.commitTransform(block, frame(*block), {from, QSizeF(50.5 + offset, 40 + offset)});
+            break;
+        case 3:
+            model.spawnShape(from, ShapeType::arrow);
+            break;
+        case 4:
+            draw({{offset, 0}, {0, offset}});
+            break;
+        case 5:
+            model.selectOnly(block);
+            model.moveSelectedBlocks(offset, 2);
+            break;
+        default:
+            model.deleteBlock(block);
+        }
     }
 };
 
@@ -134,11 +164,72 @@ TEST_F(CanvasUndo, TypingIsOneStepAndAnEmptiedTextOneDeletion) {
     EXPECT_FALSE(model.canUndo()) << "a stray key leaves nothing behind";
 }
 
-TEST_F(CanvasUndo, EveryStepGoesBackToTheSceneBeforeItAndForthAgain) {
+TEST_F(CanvasUndo, AGestureComesBackWholeHoweverLargeWithOneLook) {
+    int looks = 0;
+    QObject::connect(&model, &CanvasViewModel::cullingRequested, [&looks] { ++looks; });
+    for (int i = 0; i < 200; ++i) {
+        add(BlockType::shape, {i * 10.0, 0, 10, 10}, i % 7);
+    }
+    const auto before = scene();
+    const std::vector<BlockPtr> order = model.blocks();
+    const auto deleteAll = [this] {
+        model.selectAll();
+        model.deleteSelected();
+    };
+    deleteAll();
+    model.undoGesture();
+    EXPECT_TRUE(scene() == before);
+    EXPECT_EQ(looks, 1);
+    EXPECT_FALSE(model.canUndo());
+    model.redoGesture();
+    EXPECT_TRUE(model.isEmpty());
+    EXPECT_FALSE(model.canRedo());
+    const BlockPtr later = model.spawnShape({}, ShapeType::circle);
+    model.undoGesture();
+    model.undoGesture();
+    EXPECT_TRUE(scene() == before) << "another change has come in between";
+
+    deleteAll();
+    EXPECT_EQ(undoAll(), 50) << "as many as the history holds";
+    EXPECT_EQ(model.blocks().size(), 50U);
+    model.redo();
+    model.undoGesture();
+    EXPECT_TRUE(scene() == before);
+    deleteAll();
+    EXPECT_EQ(undoAll(), 50);
+    model.spawnShape({}, ShapeType::circle);
+    while (model.canUndo()) {
+        model.undoGesture();
+    }
+    EXPECT_EQ(model.blocks().size(), 50U) << "what was taken apart is forgotten with the next change";
+}
+
+TEST_F(CanvasUndo, WhatIsTypedIntoANewBlockGoesWithIt) {
+    const BlockPtr block = type(u"h"_qs);
+    const auto record = [&](const QString &from, const QString &to) {
+        const UndoGroup gesture(model, *block);
+        model.registerAction(UpdateTextAction{block, from, to});
+    };
+    record(u"h"_qs, u"hello"_qs);
+    const BlockPtr other = model.spawnShape({}, ShapeType::circle);
+    record(u"hello"_qs, u"hello world"_qs);
+    model.undoGesture();
+    EXPECT_EQ(block->rawTextOrEmpty(), u"hello"_qs) << "typed after something else: a gesture of its own";
+    model.undoGesture();
+    model.undoGesture();
+    EXPECT_TRUE(model.isEmpty());
+    model.redoGesture();
+    model.redoGesture();
+    model.updateRotation(other, 0, 30);
+    model.undoGesture();
+    EXPECT_TRUE(other->isLive()) << "a change after a redo is none of the gesture before it";
+}
+
+TEST_F(CanvasUndo, EveryGestureGoesBackToTheSceneBeforeItAndForthAgain) {
     for (const unsigned seed : {1U, 2U, 3U}) {
         std::mt19937 dice(seed);
         while (model.canUndo()) {
-            model.undo();
+            model.undoGesture();
         }
         const BlockPtr base = add(BlockType::stickyNote, {0, 0, 200, 200});
         // The scene after each recorded change that stands, and the one that is shown.
@@ -148,44 +239,20 @@ TEST_F(CanvasUndo, EveryStepGoesBackToTheSceneBeforeItAndForthAgain) {
         scenes.push_back(scene());
         std::size_t shown = 1;
         for (int step = 0; step < 300; ++step) {
-            const BlockPtr block = model.blocks()[dice() % model.blocks().size()];
-            const QPointF from = positionOf(*block);
-            const double offset = double(dice() % 100);
-            const auto kind = dice() % 9;
-            if (kind >= 7) {
-                const bool isPossible = kind == 7 ? model.canUndo() : model.canRedo();
-                kind == 7 ? model.undo() : model.redo();
+            const bool isBack = dice() % 9 < 2;
+            const bool isForth = dice() % 9 < 2;
+            if (isBack || isForth) {
+                const bool isPossible = isBack ? model.canUndo() : model.canRedo();
+                isBack ? model.undoGesture() : model.redoGesture();
                 if (isPossible) {
-                    shown = kind == 7 ? shown - 1 : shown + 1;
+                    shown = isBack ? shown - 1 : shown + 1;
                 }
-                ASSERT_TRUE(scene() == scenes.at(shown)) << seed << " step " << step << " kind " << kind;
+                ASSERT_TRUE(scene() == scenes.at(shown)) << seed << " step " << step;
                 continue;
             }
-            if (model.blocks().size() == 1 && kind == 3) {
-                continue;
-            }
-            switch (kind) {
-            case 0:
-                model.updatePosition(block, from, from + QPointF(offset, -offset));
-                break;
-            case 1:
-                model.updateRotation(block, block->rotation(), offset);
-                break;
-            case 2:
-                model.commitTransform(block, frame(*block), {from, QSizeF(50.5 + offset, 40 + offset)});
-                break;
-            case 3:
-                model.deleteBlock(block);
-                break;
-            case 4:
-                model.spawnShape(from, ShapeType::arrow);
-                break;
-            case 5:
-                draw({{offset, 0}, {0, offset}});
-                break;
-            default:
-                model.selectOnly(block);
-                model.moveSelectedBlocks(offset, 2);
+            const UndoGroup gesture(model);
+            for (auto changes = 1 + dice() % 4; changes > 0; --changes) {
+                change(dice);
             }
             scenes.resize(shown + 1);
             scenes.push_back(scene());
@@ -193,11 +260,11 @@ TEST_F(CanvasUndo, EveryStepGoesBackToTheSceneBeforeItAndForthAgain) {
         }
         const std::size_t newest = shown;
         while (model.canUndo()) {
-            model.undo();
+            model.undoGesture();
             ASSERT_TRUE(scene() == scenes.at(--shown)) << seed << " back to " << shown;
         }
         while (model.canRedo() && shown < newest) {
-            model.redo();
+            model.redoGesture();
             ASSERT_TRUE(scene() == scenes.at(++shown)) << seed << " forth to " << shown;
         }
     }

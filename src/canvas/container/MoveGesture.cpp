@@ -1,6 +1,6 @@
 #include "canvas/container/MoveGesture.h"
 
-#include "canvas/model/CanvasViewModel.h"
+#include "canvas/model/UndoGroup.h"
 
 #include <utility>
 
@@ -15,6 +15,7 @@ void MoveGesture::end(CanvasViewModel &viewModel, QPointF translation) {
     if (offset.isNull()) {
         return;
     }
+    const UndoGroup gesture(viewModel);
     for (const BlockPtr &block : m_blocks) {
         if (block->isLive()) {
             const QPointF dragInitialPos(block->xPosition(), block->yPosition());

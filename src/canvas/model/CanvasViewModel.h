@@ -160,7 +160,7 @@ public:
     /// The block that one of the above is putting on the canvas right now.
     [[nodiscard]] bool isSpawning(const Block &block) const { return m_spawningBlock == &block; }
     /// An upright copy beside the block; a text is opened for editing. Not recorded: a copy goes with Delete.
-    void duplicateBlock(const BlockPtr &block);
+    void duplicateBlock(BlockPtr block);
     /// Copies of all selected blocks, which are selected then; with more than one none is opened.
     void duplicateSelected();
 
@@ -184,11 +184,12 @@ public:
     /// The whole picture of an image block, and nothing of the block. Nothing for one that holds none.
     void copyPicture(const Block &block);
 
-    // Changes. Each is stamped, marked for upload and saved.
+    // Changes. Each is stamped, marked for upload and saved. Those that change which blocks there are, or their order,
+    // take the block by value: it may be handed in by reference to an element of those very lists.
     /// Soft: the block stays in the storage until its deletion has been uploaded. Ends all editing; recorded for undo.
-    void deleteBlock(const BlockPtr &block);
+    void deleteBlock(BlockPtr block);
     /// Without undo, upload or any change of focus: for a block that was never seen whole.
-    void deleteBlockSilently(const BlockPtr &block);
+    void deleteBlockSilently(BlockPtr block);
     /// One record for undo a block.
     void deleteSelected();
     /// The end of a drag, recorded for undo.
@@ -202,8 +203,8 @@ public:
     /// The end of a resize that began at `from`, recorded for undo. The points of a sketch stay where they are.
     void commitTransform(const BlockPtr &block, const QRectF &from, const QRectF &to);
     /// Neither these nor the flips are recorded for undo.
-    void bringToFront(const BlockPtr &block);
-    void sendToBack(const BlockPtr &block);
+    void bringToFront(BlockPtr block);
+    void sendToBack(BlockPtr block);
     void toggleFlipHorizontal(const BlockPtr &block);
     void toggleFlipVertical(const BlockPtr &block);
 
@@ -230,6 +231,14 @@ public:
     /// nor the visible blocks, for which they ask with `cullingRequested`.
     void undo();
     void redo();
+    /// The same for all changes of the newest gesture, which ask for one look only. A gesture comes back whole however
+    /// many changes it made.
+    void undoGesture();
+    void redoGesture();
+    /// For `UndoGroup`, which calls these in pairs.
+    void beginUndoGroup() { m_history.beginGroup(); }
+    void continueUndoGroupOf(const Block &added) { m_history.continueGroupOf(added); }
+    void endUndoGroup() { m_history.endGroup(); }
 
 Q_SIGNALS:
     void blocksChanged();
@@ -279,11 +288,10 @@ private:
 
     void softDelete(const std::vector<BlockPtr> &blocks);
     void removeFromCanvas(const std::vector<BlockPtr> &blocks);
-    void restore(const BlockPtr &block);
+    void restore(const std::vector<BlockPtr> &blocks);
     void moveTo(Block &block, QPointF position);
-    void resizeTo(Block &block, QSizeF size);
     void applyFrame(Block &block, const QRectF &frame);
-    void shiftPoints(Block &block, QPointF offset) const;
+    static void shiftPoints(Block &block, QPointF offset);
     void setFlip(Block &block, const QString &key, bool isFlipped);
     void markEdited(Block &block) const;
     void noteFormatted(Block &block);
@@ -295,10 +303,9 @@ private:
     void open(const BlockPtr &block, bool isNew);
 
     class HistoryWatch;
-    void takeBack(const UndoAction &action);
-    void makeAgain(const UndoAction &action);
-    void noteRestored(const UndoAction &action);
-    void perform(std::optional<UndoAction> (UndoHistory::*take)(), void (CanvasViewModel::*apply)(const UndoAction &));
+    void perform(std::vector<UndoAction> (UndoHistory::*take)(UndoDirection), UndoDirection direction);
+    static void change(const UndoAction &action, UndoDirection direction);
+    void markRestored(const std::vector<BlockPtr> &blocks);
 
     BlockStorage &m_storage;
     DebouncedSaver &m_saver;

@@ -1,23 +1,17 @@
 #include "canvas/model/BlockGeometry.h"
-#include "canvas/model/CanvasViewModel.h"
+#include "canvas/model/UndoGroup.h"
 #include "model/AnyCodable.h"
 #include "storage/BlockStorage.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace tallowby {
 
-namespace {
-
-/// From so many blocks on, going through all frames once is quicker than looking for each.
-constexpr std::size_t kManyBlocks = 8;
-
-} // namespace
-
-void CanvasViewModel::deleteBlock(const BlockPtr &block) {
+void CanvasViewModel::deleteBlock(BlockPtr block) {
     endEditing();
     // It may have gone with the end of its editing.
-    if (!block->isLive() && !m_isPerformingUndoRedo) {
+    if (!block->isLive()) {
         return;
     }
     softDelete({block});
@@ -31,12 +25,13 @@ void CanvasViewModel::deleteSelected() {
         return;
     }
     softDelete(selected);
+    const UndoGroup gesture(*this);
     for (const BlockPtr &block : selected) {
         registerAction(DeleteAction{block});
     }
 }
 
-void CanvasViewModel::deleteBlockSilently(const BlockPtr &block) {
+void CanvasViewModel::deleteBlockSilently(BlockPtr block) {
     block->setDeletedAt(now());
     removeFromCanvas({block});
     m_storage.save();
@@ -70,10 +65,15 @@ void CanvasViewModel::removeFromCanvas(const std::vector<BlockPtr> &blocks) {
     Q_EMIT blocksChanged();
 }
 
-void CanvasViewModel::restore(const BlockPtr &block) {
-    block->setDeletedAt(std::nullopt);
-    m_live.insertByDepth(block);
-    m_storage.insert(block);
+void CanvasViewModel::restore(const std::vector<BlockPtr> &blocks) {
+    for (const BlockPtr &block : blocks) {
+        block->setDeletedAt(std::nullopt);
+        m_storage.insert(block);
+        // Meanwhile the counters may have been set to those of the other blocks.
+        m_maxZIndex = std::max<std::int64_t>(m_maxZIndex, block->zIndex());
+        m_minZIndex = std::min<std::int64_t>(m_minZIndex, block->zIndex());
+    }
+    m_live.insertByDepth(blocks);
     Q_EMIT blocksChanged();
 }
 
@@ -98,20 +98,16 @@ void CanvasViewModel::moveSelectedBlocks(double dx, double dy) {
         shiftPoints(*block, offset);
         markEdited(*block);
         registerAction(MoveAction{block, from, from + offset});
-        if (selected.size() < kManyBlocks) {
-            m_live.noteFrame(*block);
-        }
     }
-    if (selected.size() >= kManyBlocks) {
-        m_live.noteFrames();
-    }
+    m_live.updateReaches(selected);
     Q_EMIT framesChanged();
+    Q_EMIT cullingRequested();
     m_storage.save();
 }
 
 void CanvasViewModel::updateRotation(const BlockPtr &block, double from, double to) {
     block->setRotation(to);
-    m_live.noteFrame(*block);
+    m_live.updateReach(*block);
     Q_EMIT framesChanged();
     markEdited(*block);
     registerAction(RotateAction{block, from, to});
@@ -150,7 +146,7 @@ void CanvasViewModel::applyFrame(Block &block, const QRectF &frame) {
     block.setYPosition(frame.y());
     block.setWidth(frame.width());
     block.setHeight(frame.height());
-    m_live.noteFrame(block);
+    m_live.updateReach(block);
     Q_EMIT framesChanged();
 }
 
@@ -158,19 +154,17 @@ void CanvasViewModel::moveTo(Block &block, QPointF position) {
     applyFrame(block, {position, frameOf(block).size()});
 }
 
-void CanvasViewModel::resizeTo(Block &block, QSizeF size) {
-    applyFrame(block, {frameOf(block).topLeft(), size});
-}
-
-void CanvasViewModel::shiftPoints(Block &block, QPointF offset) const {
+void CanvasViewModel::shiftPoints(Block &block, QPointF offset) {
     // Other kinds have no points, and looking for them would read the whole payload, pictures included.
     if (block.blockType() == BlockType::sketch) {
         block.shiftSketchPoints(offset.x(), offset.y());
     }
 }
 
-void CanvasViewModel::bringToFront(const BlockPtr &block) {
-    if (!m_live.contains(*block) || (block->zIndex() == m_maxZIndex && m_maxZIndex > 0)) {
+void CanvasViewModel::bringToFront(BlockPtr block) {
+    // Two machines may have given the top depth to a block each.
+    const bool isTop = !isEmpty() && blocks().back() == block && block->zIndex() == m_maxZIndex && m_maxZIndex > 0;
+    if (isTop || !m_live.contains(*block)) {
         return;
     }
     block->setZIndex(takeTopZIndex());
@@ -180,8 +174,9 @@ void CanvasViewModel::bringToFront(const BlockPtr &block) {
     m_storage.save();
 }
 
-void CanvasViewModel::sendToBack(const BlockPtr &block) {
-    if (!m_live.contains(*block) || (block->zIndex() == m_minZIndex && m_minZIndex < 0)) {
+void CanvasViewModel::sendToBack(BlockPtr block) {
+    const bool isBottom = !isEmpty() && blocks().front() == block && block->zIndex() == m_minZIndex && m_minZIndex < 0;
+    if (isBottom || !m_live.contains(*block)) {
         return;
     }
     block->setZIndex(takeBottomZIndex());

@@ -121,7 +121,7 @@ BlockPtr CanvasViewModel::spawnIcon(QPointF at, const QString &iconName) {
     return block;
 }
 
-void CanvasViewModel::duplicateBlock(const BlockPtr &block) {
+void CanvasViewModel::duplicateBlock(BlockPtr block) {
     endEditing();
     if (!block->isLive()) {
         return;

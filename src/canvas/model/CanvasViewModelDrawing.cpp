@@ -34,7 +34,7 @@ void CanvasViewModel::commitStroke(const BlockPtr &block, std::span<const Sketch
     }
     block->setDeletedAt(std::nullopt);
     if (!m_live.contains(*block)) {
-        m_live.insertByDepth(block);
+        m_live.insertByDepth({block});
         m_visibleBlocks.append(block);
         Q_EMIT blocksChanged();
     }
@@ -42,7 +42,7 @@ void CanvasViewModel::commitStroke(const BlockPtr &block, std::span<const Sketch
     strokes.push_back({.points = {points.begin(), points.end()}, .color = color, .width = width});
     block->setSketchStrokes(strokes);
     block->recomputeSketchBounds(kSketchPadding);
-    m_live.noteFrame(*block);
+    m_live.updateReach(*block);
     Q_EMIT framesChanged();
     // The empty block may have been uploaded while the stroke was being drawn.
     markEdited(*block);

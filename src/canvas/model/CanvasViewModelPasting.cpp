@@ -1,5 +1,5 @@
 #include "canvas/model/BlockGeometry.h"
-#include "canvas/model/CanvasViewModel.h"
+#include "canvas/model/UndoGroup.h"
 #include "canvas/pasteboard/PasteboardBlocks.h"
 #include "model/AnyCodable.h"
 #include "model/ImageDecoding.h"
@@ -103,6 +103,7 @@ bool CanvasViewModel::pasteBlocks(QPointF at) {
     for (int step = 0; step < kMostSteps && isCovering(frameOf(*reading.blocks.front()).translated(offset)); ++step) {
         offset += QPointF(kDuplicateOffset, kDuplicateOffset);
     }
+    const UndoGroup gesture(*this);
     for (const BlockPtr &block : reading.blocks) {
         block->setXPosition(block->xPosition() + offset.x());
         block->setYPosition(block->yPosition() + offset.y());

@@ -13,6 +13,34 @@ struct Overloaded : Cases... {
 template <typename... Cases>
 Overloaded(Cases...) -> Overloaded<Cases...>;
 
+/// What an action does to the block that it is about.
+enum class Effect { comes, goes, changes };
+
+Effect effectOf(const UndoAction &action, UndoDirection direction) {
+    const bool isTakenBack = direction == UndoDirection::back;
+    if (std::holds_alternative<AddAction>(action)) {
+        return isTakenBack ? Effect::goes : Effect::comes;
+    }
+    if (std::holds_alternative<DeleteAction>(action)) {
+        return isTakenBack ? Effect::comes : Effect::goes;
+    }
+    return Effect::changes;
+}
+
+BlockPtr blockOf(const UndoAction &action) {
+    return std::visit([](const auto &change) { return change.block; }, action);
+}
+
+void setPosition(Block &block, QPointF position) {
+    block.setXPosition(position.x());
+    block.setYPosition(position.y());
+}
+
+void setSize(Block &block, QSizeF size) {
+    block.setWidth(size.width());
+    block.setHeight(size.height());
+}
+
 } // namespace
 
 void CanvasViewModel::registerAction(UndoAction action) {
@@ -24,68 +52,75 @@ void CanvasViewModel::registerAction(UndoAction action) {
 }
 
 void CanvasViewModel::undo() {
-    perform(&UndoHistory::takeBack, &CanvasViewModel::takeBack);
+    perform(&UndoHistory::takeChange, UndoDirection::back);
 }
 
 void CanvasViewModel::redo() {
-    perform(&UndoHistory::bringBack, &CanvasViewModel::makeAgain);
+    perform(&UndoHistory::takeChange, UndoDirection::forth);
 }
 
-void CanvasViewModel::perform(std::optional<UndoAction> (UndoHistory::*take)(),
-                              void (CanvasViewModel::*apply)(const UndoAction &)) {
+void CanvasViewModel::undoGesture() {
+    perform(&UndoHistory::takeGesture, UndoDirection::back);
+}
+
+void CanvasViewModel::redoGesture() {
+    perform(&UndoHistory::takeGesture, UndoDirection::forth);
+}
+
+void CanvasViewModel::perform(std::vector<UndoAction> (UndoHistory::*take)(UndoDirection), UndoDirection direction) {
     endEditing();
     const HistoryWatch watch(*this);
-    if (const auto action = (m_history.*take)()) {
-        m_isPerformingUndoRedo = true;
-        (this->*apply)(*action);
-        m_isPerformingUndoRedo = false;
-        Q_EMIT cullingRequested();
+    const std::vector<UndoAction> actions = (m_history.*take)(direction);
+    if (actions.empty()) {
+        return;
     }
+    m_isPerformingUndoRedo = true;
+    for (auto action = actions.begin(); action != actions.end();) {
+        // Blocks that come or go one after the other do so at once: each of them is looked for in all others.
+        const Effect effect = effectOf(*action, direction);
+        std::vector<BlockPtr> blocks;
+        for (; action != actions.end() && effectOf(*action, direction) == effect; ++action) {
+            blocks.push_back(blockOf(*action));
+            change(*action, direction);
+        }
+        if (effect == Effect::comes) {
+            restore(blocks);
+        } else if (effect == Effect::goes) {
+            softDelete(blocks);
+        }
+        markRestored(blocks);
+    }
+    m_isPerformingUndoRedo = false;
+    Q_EMIT framesChanged();
+    Q_EMIT cullingRequested();
 }
 
-void CanvasViewModel::takeBack(const UndoAction &action) {
+/// The values of the block that the action holds; nothing for one that lets a block come or go.
+void CanvasViewModel::change(const UndoAction &action, UndoDirection direction) {
+    const bool isBack = direction == UndoDirection::back;
     std::visit(Overloaded{
-                   [this](const AddAction &add) { deleteBlock(add.block); },
-                   [this](const DeleteAction &deletion) { restore(deletion.block); },
-                   [this](const MoveAction &move) {
-                       moveTo(*move.block, move.from);
-                       shiftPoints(*move.block, move.from - move.to);
+                   [&](const MoveAction &move) {
+                       setPosition(*move.block, isBack ? move.from : move.to);
+                       shiftPoints(*move.block, isBack ? move.from - move.to : move.to - move.from);
                    },
-                   [this](const ResizeAction &resize) { resizeTo(*resize.block, resize.from); },
-                   [](const RotateAction &turn) { turn.block->setRotation(turn.from); },
-                   [](const UpdateTextAction &typing) { typing.block->setRawText(typing.from); },
-                   [this](const TransformAction &transform) {
-                       applyFrame(*transform.block, {transform.fromPos, transform.fromSize});
+                   [&](const ResizeAction &resize) { setSize(*resize.block, isBack ? resize.from : resize.to); },
+                   [&](const RotateAction &turn) { turn.block->setRotation(isBack ? turn.from : turn.to); },
+                   [&](const UpdateTextAction &typing) { typing.block->setRawText(isBack ? typing.from : typing.to); },
+                   [&](const TransformAction &transform) {
+                       setPosition(*transform.block, isBack ? transform.fromPos : transform.toPos);
+                       setSize(*transform.block, isBack ? transform.fromSize : transform.toSize);
                    },
+                   [](const auto &) {},
                },
                action);
-    noteRestored(action);
-}
-
-void CanvasViewModel::makeAgain(const UndoAction &action) {
-    std::visit(Overloaded{
-                   [this](const AddAction &add) { restore(add.block); },
-                   [this](const DeleteAction &deletion) { deleteBlock(deletion.block); },
-                   [this](const MoveAction &move) {
-                       moveTo(*move.block, move.to);
-                       shiftPoints(*move.block, move.to - move.from);
-                   },
-                   [this](const ResizeAction &resize) { resizeTo(*resize.block, resize.to); },
-                   [](const RotateAction &turn) { turn.block->setRotation(turn.to); },
-                   [](const UpdateTextAction &typing) { typing.block->setRawText(typing.to); },
-                   [this](const TransformAction &transform) {
-                       applyFrame(*transform.block, {transform.toPos, transform.toSize});
-                   },
-               },
-               action);
-    noteRestored(action);
 }
 
 /// What every change has in common that is taken back or made again.
-void CanvasViewModel::noteRestored(const UndoAction &action) {
-    const BlockPtr block = std::visit([](const auto &change) { return change.block; }, action);
-    block->setNeedsSync(true);
-    m_live.noteFrame(*block);
+void CanvasViewModel::markRestored(const std::vector<BlockPtr> &blocks) {
+    for (const BlockPtr &block : blocks) {
+        block->setNeedsSync(true);
+    }
+    m_live.updateReaches(blocks);
     m_storage.save();
 }
 

@@ -3,8 +3,20 @@
 #include "canvas/model/BlockGeometry.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tallowby {
+
+namespace {
+
+/// From so many blocks on, going through all of them once is quicker than looking for each.
+constexpr std::size_t kManyBlocks = 8;
+
+std::int64_t zIndexOf(const BlockPtr &block) {
+    return block->zIndex();
+}
+
+} // namespace
 
 std::optional<std::size_t> LiveBlocks::indexOf(const Block &block) const {
     const auto found = std::ranges::find(m_blocks, &block, &BlockPtr::get);
@@ -36,15 +48,25 @@ void LiveBlocks::append(const BlockPtr &block) {
     m_reaches.push_back(reachOf(*block));
 }
 
-void LiveBlocks::insertByDepth(const BlockPtr &block) {
-    if (contains(*block)) {
-        noteFrame(*block);
+void LiveBlocks::insertByDepth(const std::vector<BlockPtr> &blocks) {
+    if (blocks.size() >= kManyBlocks) {
+        std::unordered_set<const Block *> known;
+        std::ranges::transform(m_blocks, std::inserter(known, known.end()), &BlockPtr::get);
+        std::vector<BlockPtr> all = m_blocks;
+        std::ranges::copy_if(blocks, std::back_inserter(all),
+                             [&known](const BlockPtr &block) { return known.insert(block.get()).second; });
+        assign(std::move(all));
         return;
     }
-    const auto place =
-        std::ranges::upper_bound(m_blocks, block->zIndex(), {}, [](const BlockPtr &entry) { return entry->zIndex(); });
-    m_reaches.insert(m_reaches.begin() + (place - m_blocks.begin()), reachOf(*block));
-    m_blocks.insert(place, block);
+    for (const BlockPtr &block : blocks) {
+        if (contains(*block)) {
+            updateReach(*block);
+            continue;
+        }
+        const auto place = std::ranges::upper_bound(m_blocks, block->zIndex(), {}, &zIndexOf);
+        m_reaches.insert(m_reaches.begin() + (place - m_blocks.begin()), reachOf(*block));
+        m_blocks.insert(place, block);
+    }
 }
 
 void LiveBlocks::remove(const Block &block) {
@@ -83,14 +105,18 @@ void LiveBlocks::moveToBack(const Block &block) {
     }
 }
 
-void LiveBlocks::noteFrame(const Block &block) {
+void LiveBlocks::updateReach(const Block &block) {
     if (const auto index = indexOf(block)) {
         m_reaches[*index] = reachOf(block);
     }
 }
 
-void LiveBlocks::noteFrames() {
-    std::ranges::transform(m_blocks, m_reaches.begin(), [](const BlockPtr &block) { return reachOf(*block); });
+void LiveBlocks::updateReaches(const std::vector<BlockPtr> &blocks) {
+    if (blocks.size() < kManyBlocks) {
+        std::ranges::for_each(blocks, [this](const BlockPtr &block) { updateReach(*block); });
+    } else {
+        std::ranges::transform(m_blocks, m_reaches.begin(), [](const BlockPtr &block) { return reachOf(*block); });
+    }
 }
 
 std::vector<BlockPtr> LiveBlocks::meeting(const QRectF &rect, QSizeF smallest, const Block *always,

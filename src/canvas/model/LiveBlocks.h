@@ -30,16 +30,16 @@ public:
     void assign(std::vector<BlockPtr> blocks);
     /// On top of all others, whatever its depth.
     void append(const BlockPtr &block);
-    /// At the place that its depth gives it, above those of the same depth. Nothing when it is there already.
-    void insertByDepth(const BlockPtr &block);
+    /// Each at the place that its depth gives it, above those of the same depth. One that is there already stays.
+    void insertByDepth(const std::vector<BlockPtr> &blocks);
     /// Each of these does nothing when the block is not there.
     void remove(const Block &block);
     void removeAll(const std::unordered_set<const Block *> &blocks);
     void moveToFront(const Block &block);
     void moveToBack(const Block &block);
-    void noteFrame(const Block &block);
-    /// The frames of any of the blocks may have changed.
-    void noteFrames();
+    /// To be called after a change of the frame or the rotation.
+    void updateReach(const Block &block);
+    void updateReaches(const std::vector<BlockPtr> &blocks);
 
     /// Those whose frame, enlarged to `smallest` at least, meets the rectangle, in paint order. A turned block counts
     /// where it is drawn, too, a shifted one only there, and `always` wherever it is.

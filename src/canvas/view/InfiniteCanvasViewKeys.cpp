@@ -132,9 +132,9 @@ bool InfiniteCanvasView::handleCommandKey(const QKeyEvent &event) {
         setIsHelpVisible(false);
         setIsSearchVisible(!m_isSearchVisible);
     } else if (isShortcutKey(event, Qt::Key_Y) || (isShortcutKey(event, Qt::Key_Z) && isShiftHeld)) {
-        m_viewModel->redo();
+        m_viewModel->redoGesture();
     } else if (isShortcutKey(event, Qt::Key_Z)) {
-        m_viewModel->undo();
+        m_viewModel->undoGesture();
     } else if (isShortcutKey(event, Qt::Key_X) && !isShiftHeld) {
         m_viewModel->cutSelected();
     } else if (isShortcutKey(event, Qt::Key_C)) {
