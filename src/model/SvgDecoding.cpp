@@ -76,12 +76,14 @@ std::optional<QString> SvgInspection::refusalOfReference(const QString &target) 
     if (reference.isEmpty() || reference.startsWith(u'#')) {
         return std::nullopt;
     }
-    static const QRegularExpression kEmbedded(QStringLiteral(R"(^data:image/(png|jpe?g|gif|webp);base64,)"));
+    // The whole value: the drawing's reader takes what follows the last "base64," in it, whatever stands before that.
+    static const QRegularExpression kEmbedded(
+        QStringLiteral(R"(\Adata:image/(?:png|jpe?g|gif|webp);base64,([A-Za-z0-9+/=\s]*)\z)"));
     const auto embedded = kEmbedded.match(reference);
     if (!embedded.hasMatch()) {
         return outside();
     }
-    const auto picture = QByteArray::fromBase64(QStringView(reference).sliced(embedded.capturedLength()).toLatin1());
+    const auto picture = QByteArray::fromBase64(embedded.capturedView(1).toLatin1());
     const DecodedPicture decoded = looksLikeSvg(picture) ? DecodedPicture{} : decodePicture(picture, 1);
     m_embeddedPixels += qint64(decoded.size.width()) * decoded.size.height();
     return decoded.image.isNull() || m_embeddedPixels > kMostEmbeddedPixels

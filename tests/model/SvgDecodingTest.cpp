@@ -14,14 +14,15 @@ QByteArray svg(const QByteArray &inside, const QByteArray &attributes = "width='
            inside + "</svg>";
 }
 
-QByteArray embedded(QSize size) {
+/// A small picture, with `hidden` behind its end.
+QByteArray embedded(QSize size, const QByteArray &hidden = {}) {
     QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::green);
     QByteArray file;
     QBuffer buffer(&file);
     buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, "PNG");
-    return "<image width='40' height='20' xlink:href='data:image/png;base64," + file.toBase64() + "'/>";
+    return "<image width='40' height='20' xlink:href='data:image/png;base64," + file.toBase64() + hidden + "'/>";
 }
 
 } // namespace
@@ -68,6 +69,7 @@ TEST(SvgDecoding, WhatReachesOutOrIsTooMuchIsRefused) {
         {svg("<rect style='fill:\\75rl(x)'/>"), outside},
         {"<?xml version='1.0'?><?xml-stylesheet href='/etc/hostname'?>" + svg({}), outside},
         {"<!DOCTYPE svg [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]>" + svg("<text>&b;</text>"), "entities"},
+        {svg(embedded({2, 1}, "base64," + svg("<image href='/proc/self/fd/3'/>").toBase64())), outside},
         {svg("<image href='data:image/png;base64,AAAA'/>"), "too large or broken"},
         {svg(tenfold), tooMuch},
         {svg("<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>"), tooMuch},
