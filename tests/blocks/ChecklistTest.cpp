@@ -97,10 +97,42 @@ TEST_F(Checklists, ThePointerChecksAddsDeletesAndReorders) {
     canvas.type(QStringLiteral("*"));
     EXPECT_TRUE(items(block).front().contains(u'*'));
     canvas.press(Qt::Key_Escape);
+    canvas.model.deselectAll();
+    canvas.click(row(2, 200));
+    EXPECT_EQ(items(block).size(), 2) << "beside the words nothing is meant but the block";
+    EXPECT_TRUE(block->isSelected());
+    EXPECT_EQ(body(block).cursorAt({200, 36 + 28 * 2 + 14}, {}), std::nullopt);
+    EXPECT_EQ(body(block).cursorAt({60, 36 + 28 * 2 + 14}, {}), Qt::PointingHandCursor);
     canvas.click(row(2, 60));
     canvas.type(QStringLiteral("new"));
     EXPECT_EQ(items(block).back(), QStringLiteral("new"));
     EXPECT_EQ(QPointF(block->xPosition(), block->yPosition()), QPointF(-300, -200)) << "nothing was dragged along";
+}
+
+TEST_F(Checklists, ARowIsDraggedThroughAListThatScrollsAndNotAfterItsItemHasGone) {
+    QByteArray many = R"({"items":[{"text":"first"})";
+    for (int i = 0; i < 100; ++i) {
+        many += R"(,{"text":"more"})";
+    }
+    const BlockPtr block = add(many + "]}");
+    open(block);
+    canvas.down({106, 150});
+    for (int notch = 0; notch < 8; ++notch) {
+        canvas.wheel({106, 150}, {0, -120});
+    }
+    canvas.moveTo({106, 240});
+    canvas.up();
+    EXPECT_GT(items(block).indexOf(QStringLiteral("first")), 20);
+
+    block->setContent(R"({"items":[{"text":"a"},{"text":"b"},{"text":""}]})");
+    canvas.settle();
+    canvas.model.endEditing();
+    open(block);
+    canvas.down({106, 100 + 36 + 28 * 2 + 14});
+    canvas.press(Qt::Key_Backspace);
+    canvas.moveTo({106, 100 + 36 + 14});
+    canvas.up();
+    EXPECT_EQ(items(block), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
 }
 
 TEST_F(Checklists, StrangePayloadsAreShownAndKept) {
@@ -111,9 +143,10 @@ TEST_F(Checklists, StrangePayloadsAreShownAndKept) {
     canvas.settle();
     EXPECT_LT(block->height(), 6'000);
     open(block);
-    canvas.type(QStringLiteral("safe"));
+    EXPECT_TRUE(body(block).isTitleEdited()) << "the item is not to be opened";
+    canvas.click({100 + 60, 100 + 50});
+    EXPECT_FALSE(canvas.model.isAnyBlockEditing()) << "what is typed now is not meant for the title";
     EXPECT_EQ(items(block).front().size(), 10'000'000);
-    canvas.model.endEditing();
     QByteArray many = R"({"items":[{"text":"first"})";
     for (int i = 0; i < 100'000; ++i) {
         many += R"(,{"text":"more"})";

@@ -135,8 +135,37 @@ TEST_F(Tables, HugeAndStrangeTablesStayUsable) {
     canvas.settle();
     EXPECT_LT(block->height(), 3'000);
     open(block);
-    canvas.type(QStringLiteral("safe"));
+    EXPECT_FALSE(canvas.model.isAnyBlockEditing()) << "an editor of nothing would swallow what is typed";
     EXPECT_EQ(block->tableData().at(0).at(0).size(), 10'000'000);
+}
+
+TEST_F(Tables, AnOpenCellTakesAnyTextAndAnEnormousOneIsNotOpened) {
+    const BlockPtr block = add(R"({"cells":[["",""],["c","d"]]})");
+    open(block);
+    const QString paragraph(2'500, u'x');
+    QGuiApplication::clipboard()->setText(paragraph);
+    canvas.press(Qt::Key_V, Qt::ControlModifier);
+    canvas.type(QStringLiteral(" and more"));
+    canvas.press(Qt::Key_Backspace);
+    const double whole = block->height();
+    canvas.press(Qt::Key_Tab);
+    EXPECT_EQ(block->tableData().at(0).at(0), QString(paragraph + QStringLiteral(" and mor")));
+    EXPECT_LT(block->height(), whole) << "the editor shows all of it, the table its beginning";
+    canvas.press(Qt::Key_Backtab);
+    canvas.type(QStringLiteral("shorter"));
+    EXPECT_EQ(cells(block), QStringLiteral("shorter,|c,d")) << "it can be opened again";
+
+    canvas.model.endEditing();
+    block->setContent(R"({"cells":[[")" + QByteArray(30'000, 'x') + R"(","b"],["c","d"]]})");
+    canvas.settle();
+    open(block);
+    canvas.type(QStringLiteral("B"));
+    EXPECT_EQ(block->tableData().at(0).at(1), QStringLiteral("bB")) << "the first cell that can be opened";
+    canvas.press(Qt::Key_Backtab);
+    canvas.type(QStringLiteral("!"));
+    EXPECT_EQ(block->tableData().at(0).at(1), QStringLiteral("bB!")) << "there is none before it";
+    canvas.click({100 + 20, 100 + 16});
+    EXPECT_FALSE(canvas.model.isAnyBlockEditing()) << "what is typed now is not meant for the cell before";
 }
 
 TEST_F(Tables, TheMenuChangesRowsAndColumnsWhereItWasOpened) {

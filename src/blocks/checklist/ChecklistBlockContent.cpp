@@ -17,10 +17,13 @@ namespace {
 
 const QString kItemsKey = QStringLiteral("items");
 const QString kTitleKey = QStringLiteral("title");
-/// In characters. Longer texts only begin and are not opened: they are no items that a person wrote.
-constexpr qsizetype kLongestField = 5'000;
-constexpr qsizetype kLongestOverview = 2'000;
-constexpr qsizetype kMostPastedLines = 10'000;
+/// In characters. A longer text shows its beginning while it is not edited.
+constexpr qsizetype kMaxShownField = 5'000;
+/// A longer text is not opened: laying it out takes seconds.
+constexpr qsizetype kMaxOpenedField = 20'000;
+constexpr qsizetype kMaxOverview = 2'000;
+/// More lines than this stay one text.
+constexpr qsizetype kMaxPastedLines = 10'000;
 constexpr double kSmallestRow = 28;
 constexpr double kSmallestHeader = 36;
 constexpr double kHeaderPadding = 10;
@@ -28,7 +31,7 @@ constexpr double kProgressWidth = 64;
 constexpr double kExtentHeight = 22;
 
 QString shown(const QString &text) {
-    return text.size() > kLongestField ? text.left(kLongestField) + u'\u2026' : text;
+    return text.size() > kMaxShownField ? text.left(kMaxShownField) + u'\u2026' : text;
 }
 
 /// Without the marks that other programs put before the items of a list.
@@ -56,6 +59,9 @@ void ChecklistBlockContent::reload() {
     m_title = text ? *text : block()->checklistTitle();
     m_field = std::min(m_field, m_list.count() - 1);
     m_dragged = kNone;
+    if (isEditing() && !canOpen(m_field)) {
+        viewModel().endEditing();
+    }
 }
 
 void ChecklistBlockContent::writeItems() {
@@ -82,8 +88,8 @@ QString ChecklistBlockContent::progress() const {
 
 QString ChecklistBlockContent::overview() const {
     QString text = shown(m_title);
-    for (int item = 0; item < m_list.count() && text.size() < kLongestOverview; ++item) {
-        text += u'\n' + m_list.text(item).left(kLongestOverview);
+    for (int item = 0; item < m_list.count() && text.size() < kMaxOverview; ++item) {
+        text += u'\n' + m_list.text(item).left(kMaxOverview);
     }
     return text;
 }
@@ -100,9 +106,15 @@ double ChecklistBlockContent::textWidth() const {
     return std::max(width(), kNarrowest) - kTextLeft - kTextRight;
 }
 
+/// The editor shows all of a text whose display only begins.
+double ChecklistBlockContent::textHeight(int field, const QFont &font, double width) const {
+    const QString &text = textOf(field);
+    const bool isInEditor = editor() && field == m_field && text.size() > kMaxShownField;
+    return isInEditor ? editor()->usedSize().height() : measuredText(shown(text), font, width).height();
+}
+
 double ChecklistBlockContent::rowHeight(int item) const {
-    const double text = measuredText(shown(m_list.text(item)), itemFont(), textWidth()).height();
-    return std::max(kSmallestRow, std::ceil(text) + 2 * kRowPadding);
+    return std::max(kSmallestRow, std::ceil(textHeight(item, itemFont(), textWidth())) + 2 * kRowPadding);
 }
 
 /// The first row of the last page, which is full.
@@ -120,7 +132,7 @@ int ChecklistBlockContent::lastFirst() const {
 }
 
 void ChecklistBlockContent::layOut() {
-    const double titleHeight = measuredText(shown(m_title), titleFont(), textWidth() - kProgressWidth).height();
+    const double titleHeight = textHeight(kTitle, titleFont(), textWidth() - kProgressWidth);
     m_headerHeight = std::max(kSmallestHeader, std::ceil(titleHeight) + 2 * kHeaderPadding);
     m_first = std::clamp(m_first, 0, lastFirst());
     m_shown.clear();
@@ -145,23 +157,35 @@ void ChecklistBlockContent::layOut() {
 
 // The editor.
 
-bool ChecklistBlockContent::canEdit(int field) const {
-    const bool isItem = field >= 0 && field < m_list.count();
-    return field == kTitle ? m_title.size() <= kLongestField : isItem && m_list.text(field).size() <= kLongestField;
+bool ChecklistBlockContent::canOpen(int field) const {
+    return field >= kTitle && field < m_list.count() && textOf(field).size() <= kMaxOpenedField;
+}
+
+int ChecklistBlockContent::openableFrom(int field, int step) const {
+    for (; field >= kTitle && field < m_list.count(); field += step) {
+        if (canOpen(field)) {
+            return field;
+        }
+    }
+    return kNone;
 }
 
 void ChecklistBlockContent::setIsEditing(bool isEditing) {
     if (isEditing && !this->isEditing()) {
         m_field = kTitle;
         for (int item = 0; item < m_list.count(); ++item) {
-            if (canEdit(item)) {
+            if (canOpen(item)) {
                 m_field = item;
             }
             if (m_list.text(item).isEmpty()) {
                 break;
             }
         }
-        m_field = canEdit(m_field) ? m_field : kNone;
+        if (!canOpen(m_field)) {
+            m_field = kNone;
+            viewModel().endEditing();
+            return;
+        }
     }
     FieldsBody::setIsEditing(isEditing);
     setAcceptHoverEvents(isEditing);
@@ -174,6 +198,11 @@ void ChecklistBlockContent::setIsEditing(bool isEditing) {
 void ChecklistBlockContent::editorOpened(AutoExpandingTextEditor &editor) {
     FieldsBody::editorOpened(editor);
     connect(this, &EditedBody::isDisplayShownChanged, &editor, [this] { layOut(); });
+    connect(&editor, &AutoExpandingTextEditor::usedSizeChanged, this, [this] {
+        if (m_field != kNone && textOf(m_field).size() > kMaxShownField) {
+            layOut();
+        }
+    });
 }
 
 void ChecklistBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
@@ -182,8 +211,7 @@ void ChecklistBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
     editor.setVisible(isShown && m_field != kNone);
     const bool isTitle = m_field == kTitle;
     editor.setFont(isTitle ? titleFont() : itemFont());
-    editor.setTextColor(!isTitle && canEdit(m_field) && m_list.isDone(m_field) ? Theme::shared().inkSoft()
-                                                                               : Theme::shared().ink());
+    editor.setTextColor(m_field >= 0 && m_list.isDone(m_field) ? Theme::shared().inkSoft() : Theme::shared().ink());
     field()->setFieldName(isTitle ? tr("Title") : tr("Item"));
     if (isTitle) {
         editor.setPosition({kTextLeft, kHeaderPadding + (kSmallestHeader - 2 * kHeaderPadding - 14) / 2});
@@ -196,14 +224,11 @@ void ChecklistBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
 }
 
 QString ChecklistBlockContent::editedText() const {
-    if (!canEdit(m_field)) {
-        return {};
-    }
-    return m_field == kTitle ? m_title : m_list.text(m_field);
+    return m_field == kNone ? QString() : textOf(m_field);
 }
 
 void ChecklistBlockContent::takeText(const QString &text) {
-    if (!canEdit(m_field) || text == editedText()) {
+    if (m_field == kNone || text == editedText()) {
         return;
     }
     if (m_field == kTitle) {
@@ -217,7 +242,7 @@ void ChecklistBlockContent::takeText(const QString &text) {
 }
 
 void ChecklistBlockContent::edit(int field, int caret) {
-    if (!editor() || !canEdit(field)) {
+    if (!editor() || !canOpen(field)) {
         return;
     }
     const auto leave = [this, field] {
@@ -232,6 +257,15 @@ void ChecklistBlockContent::edit(int field, int caret) {
         }
     };
     moveEditor(leave, caret);
+}
+
+/// An editor of nothing would swallow what is typed.
+void ChecklistBlockContent::editOrEnd(int field) {
+    if (isEditing() && !canOpen(field)) {
+        viewModel().endEditing();
+    } else {
+        edit(field, -1);
+    }
 }
 
 bool ChecklistBlockContent::handleKey(const QKeyEvent &event) {
@@ -253,16 +287,16 @@ bool ChecklistBlockContent::handleKey(const QKeyEvent &event) {
     case Qt::Key_Down: {
         const int step = event.key() == Qt::Key_Up ? -1 : 1;
         if (isAltHeld && m_field >= 0) {
-            moveItem(std::clamp(m_field + step, 0, m_list.count() - 1));
+            moveItem(m_field, std::clamp(m_field + step, 0, m_list.count() - 1));
             return true;
         }
         return !event.modifiers().testFlag(Qt::ShiftModifier) && walkByLine(step);
     }
     case Qt::Key_Tab:
-        edit(m_field + 1, -1);
+        edit(openableFrom(m_field + 1, 1), -1);
         return true;
     case Qt::Key_Backtab:
-        edit(m_field - 1, -1);
+        edit(openableFrom(m_field - 1, -1), -1);
         return true;
     default:
         return false;
@@ -273,7 +307,7 @@ bool ChecklistBlockContent::handleKey(const QKeyEvent &event) {
 bool ChecklistBlockContent::walkByLine(int step) {
     const bool isAtEdge = isCaretInLastLine(step);
     if (isAtEdge) {
-        edit(m_field + step, -1);
+        edit(openableFrom(m_field + step, step), -1);
     }
     return isAtEdge;
 }
@@ -284,9 +318,9 @@ bool ChecklistBlockContent::removeIfEmpty() {
     }
     const int removed = m_field;
     m_list.remove(removed);
-    m_field = removed - 1;
+    m_field = openableFrom(removed - 1, -1);
     writeItems();
-    edit(m_field, -1);
+    editOrEnd(m_field);
     return true;
 }
 
@@ -297,10 +331,7 @@ void ChecklistBlockContent::breakItem() {
             m_list.insert(0, {});
             writeItems();
         }
-        edit(0, -1);
-        return;
-    }
-    if (!canEdit(m_field)) {
+        edit(openableFrom(0, 1), -1);
         return;
     }
     const QString text = m_list.text(m_field);
@@ -315,11 +346,11 @@ void ChecklistBlockContent::breakItem() {
 bool ChecklistBlockContent::pasteLines() {
     QStringList lines;
     for (const QString &line : QGuiApplication::clipboard()->text().split(u'\n')) {
-        if (const QString text = withoutMark(line); !text.isEmpty() && lines.size() < kMostPastedLines) {
-            lines << text.left(kLongestField);
+        if (const QString text = withoutMark(line); !text.isEmpty()) {
+            lines << text;
         }
     }
-    if (lines.size() < 2) {
+    if (lines.size() < 2 || lines.size() > kMaxPastedLines) {
         return false;
     }
     // The first line goes where the caret is, as any text; what was behind the caret stays behind the last one.
@@ -339,11 +370,12 @@ bool ChecklistBlockContent::pasteLines() {
     return true;
 }
 
-void ChecklistBlockContent::moveItem(int to) {
-    const int from = m_dragged >= 0 ? m_dragged : m_field;
-    if (from == to || from < 0) {
+void ChecklistBlockContent::moveItem(int from, int to) {
+    if (from == to) {
         return;
     }
+    // A grip that is held has another row now.
+    m_dragged = kNone;
     m_list.move(from, to);
     if (m_field == from) {
         m_field = to;
@@ -363,12 +395,13 @@ void ChecklistBlockContent::toggle(int item) {
 void ChecklistBlockContent::removeItem(int item) {
     m_list.remove(item);
     if (m_field == item) {
-        m_field = std::min(item, m_list.count() - 1);
+        const int next = openableFrom(item, 1);
+        m_field = next != kNone ? next : openableFrom(item - 1, -1);
     } else if (m_field > item) {
         --m_field;
     }
     writeItems();
-    edit(m_field, -1);
+    editOrEnd(m_field);
 }
 
 void ChecklistBlockContent::addItem() {

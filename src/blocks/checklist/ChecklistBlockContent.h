@@ -23,6 +23,8 @@ class ChecklistBlockContent : public tallowby::FieldsBody {
     Q_PROPERTY(bool isTitleEdited READ isTitleEdited NOTIFY listChanged)
     Q_PROPERTY(qreal headerHeight READ headerHeight NOTIFY listChanged)
     Q_PROPERTY(qreal addTop READ addTop NOTIFY listChanged)
+    /// The right edge of the words of the line that adds an item.
+    Q_PROPERTY(qreal addRight MEMBER m_addRight)
     /// Which rows are seen of a list that scrolls; empty when all are.
     Q_PROPERTY(QString extent READ extent NOTIFY listChanged)
     Q_PROPERTY(QAbstractItemModel *rows READ rows CONSTANT)
@@ -36,6 +38,8 @@ public:
     static constexpr double kTextRight = 34;
     static constexpr double kRowPadding = 6;
     static constexpr double kAddHeight = 34;
+    /// Around the plus and the words of the line that adds an item, where a click still means them.
+    static constexpr double kAddMargin = 8;
 
     explicit ChecklistBlockContent(QQuickItem *parent = nullptr);
 
@@ -56,6 +60,10 @@ public:
 
     void setIsEditing(bool isEditing) override;
     [[nodiscard]] bool click(QPointF point, Qt::KeyboardModifiers modifiers) override;
+    [[nodiscard]] std::optional<Qt::CursorShape> cursorAt(QPointF point,
+                                                          Qt::KeyboardModifiers modifiers) const override;
+    /// The line that adds an item shows that it is hovered.
+    [[nodiscard]] bool takesPointerAtRest() const override { return true; }
     void placeCaret(QPointF point) override;
 
 Q_SIGNALS:
@@ -94,16 +102,24 @@ private:
     };
 
     [[nodiscard]] Hit hit(QPointF point) const;
+    [[nodiscard]] static Qt::CursorShape cursorOf(Zone zone);
     [[nodiscard]] double textWidth() const;
     [[nodiscard]] double rowHeight(int item) const;
+    [[nodiscard]] double textHeight(int field, const QFont &font, double width) const;
     [[nodiscard]] int lastFirst() const;
-    [[nodiscard]] bool canEdit(int field) const;
+    [[nodiscard]] const QString &textOf(int field) const { return field == kTitle ? m_title : m_list.text(field); }
+    /// Whether the editor may be opened on the field. One that is open takes any text.
+    [[nodiscard]] bool canOpen(int field) const;
+    /// The next field that can be opened, from `field` on; `kNone` at the end.
+    [[nodiscard]] int openableFrom(int field, int step) const;
     [[nodiscard]] bool walkByLine(int step);
     [[nodiscard]] bool removeIfEmpty();
     [[nodiscard]] bool pasteLines();
     void breakItem();
-    void moveItem(int to);
+    void moveItem(int from, int to);
+    void followPull(QPointF point);
     void edit(int field, int caret);
+    void editOrEnd(int field);
     void writeItems();
     void setHovered(int item);
 
@@ -111,11 +127,14 @@ private:
     QString m_title;
     int m_field = kNone;
     int m_hovered = kNone;
+    /// The row that is dragged by its grip, in a list that had so many items then.
     int m_dragged = kNone;
+    int m_draggedOf = 0;
     int m_first = 0;
     std::vector<Row> m_shown;
     double m_headerHeight = 0;
     double m_addTop = 0;
+    double m_addRight = 0;
     ShownRowsModel m_rows;
 };
 

@@ -11,6 +11,7 @@ namespace {
 
 /// From the left edge.
 constexpr double kGripRight = 14;
+constexpr double kPlusLeft = 20;
 
 } // namespace
 
@@ -19,7 +20,9 @@ ChecklistBlockContent::Hit ChecklistBlockContent::hit(QPointF point) const {
         return {Zone::title, kTitle};
     }
     if (point.y() >= m_addTop) {
-        return {point.y() < m_addTop + kAddHeight ? Zone::addition : Zone::nothing, kNone};
+        const QRectF words(QPointF(kPlusLeft - kAddMargin, m_addTop),
+                           QPointF(m_addRight + kAddMargin, m_addTop + kAddHeight));
+        return {words.contains(point) ? Zone::addition : Zone::nothing, kNone};
     }
     for (int row = 0; row < int(m_shown.size()); ++row) {
         const Row &place = m_shown[std::size_t(row)];
@@ -47,12 +50,23 @@ bool ChecklistBlockContent::click(QPointF point, Qt::KeyboardModifiers) {
     return false;
 }
 
+std::optional<Qt::CursorShape> ChecklistBlockContent::cursorAt(QPointF point, Qt::KeyboardModifiers) const {
+    const Zone zone = hit(point).zone;
+    return zone == Zone::box || zone == Zone::addition ? std::optional(Qt::PointingHandCursor) : std::nullopt;
+}
+
 void ChecklistBlockContent::placeCaret(QPointF point) {
     const Hit target = hit(point);
-    if (target.item != kNone && canEdit(target.item)) {
-        edit(target.item, -1);
-        FieldsBody::placeCaret(point);
+    if (target.item == kNone) {
+        return;
     }
+    if (!canOpen(target.item)) {
+        // What is typed now is not meant for the field before.
+        viewModel().endEditing();
+        return;
+    }
+    edit(target.item, -1);
+    FieldsBody::placeCaret(point);
 }
 
 void ChecklistBlockContent::mousePressEvent(QMouseEvent *event) {
@@ -68,6 +82,7 @@ void ChecklistBlockContent::mousePressEvent(QMouseEvent *event) {
         return;
     case Zone::grip:
         m_dragged = target.item;
+        m_draggedOf = m_list.count();
         return;
     case Zone::box:
         toggle(target.item);
@@ -84,17 +99,25 @@ void ChecklistBlockContent::mousePressEvent(QMouseEvent *event) {
 }
 
 void ChecklistBlockContent::mouseMoveEvent(QMouseEvent *event) {
-    if (m_dragged < 0) {
-        return;
+    if (m_dragged >= 0 && m_draggedOf != m_list.count()) {
+        // Keys have added or removed items: the grip may be that of another one.
+        m_dragged = kNone;
     }
-    const double y = std::clamp(event->position().y(), m_headerHeight, m_addTop - 1);
+    if (m_dragged >= 0) {
+        followPull(event->position());
+    }
+}
+
+/// The row may be out of view: the wheel scrolls a long list under the pointer.
+void ChecklistBlockContent::followPull(QPointF point) {
+    const double y = std::clamp(point.y(), m_headerHeight, m_addTop - 1);
     const int to = hit({0, y}).item;
     // Rows of different heights would change places to and fro: not before the pointer is where the row will be.
     const Row &target = m_shown[std::size_t(to - m_first)];
-    const double height = m_shown[std::size_t(m_dragged - m_first)].height;
+    const double height = rowHeight(m_dragged);
     const bool isThere = to > m_dragged ? y > target.top + target.height - height : y < target.top + height;
     if (to != m_dragged && isThere) {
-        moveItem(to);
+        moveItem(m_dragged, to);
         m_dragged = to;
         setHovered(to);
     }
@@ -113,9 +136,25 @@ void ChecklistBlockContent::setHovered(int item) {
 
 void ChecklistBlockContent::hoverMoveEvent(QHoverEvent *event) {
     const Hit target = hit(event->position());
-    const bool isText = target.zone == Zone::text || target.zone == Zone::title;
-    setCursor(QCursor(isText ? Qt::IBeamCursor : target.zone == Zone::grip ? Qt::OpenHandCursor : Qt::ArrowCursor));
+    setCursor(QCursor(cursorOf(target.zone)));
     setHovered(target.item);
+}
+
+Qt::CursorShape ChecklistBlockContent::cursorOf(Zone zone) {
+    switch (zone) {
+    case Zone::title:
+    case Zone::text:
+        return Qt::IBeamCursor;
+    case Zone::grip:
+        return Qt::OpenHandCursor;
+    case Zone::box:
+    case Zone::removal:
+    case Zone::addition:
+        return Qt::PointingHandCursor;
+    case Zone::nothing:
+        return Qt::ArrowCursor;
+    }
+    return Qt::ArrowCursor;
 }
 
 void ChecklistBlockContent::hoverLeaveEvent(QHoverEvent *) {

@@ -16,8 +16,6 @@ namespace tallowby {
 
 namespace {
 
-/// In characters. Longer texts only begin, and are not opened.
-constexpr qsizetype kLongestCell = 2'000;
 /// Of a column, for its width; those below wrap.
 constexpr int kMeasuredRows = 200;
 constexpr qsizetype kMeasuredLength = 100;
@@ -48,6 +46,9 @@ void TableBlockContent::reload() {
     m_table = TableCells(*block());
     m_columns.clear();
     m_cell = {std::min(m_cell.row, m_table.rowCount() - 1), std::min(m_cell.column, m_table.columnCount() - 1)};
+    if (isEditing() && !canOpen(m_cell)) {
+        viewModel().endEditing();
+    }
 }
 
 void TableBlockContent::writeCells() {
@@ -78,7 +79,7 @@ QFont TableBlockContent::headerFont() const {
 
 QString TableBlockContent::shown(int row, int column) const {
     const QString text = m_table.text(row, column);
-    return text.size() > kLongestCell ? text.left(kLongestCell) + u'\u2026' : text;
+    return text.size() > kMaxShownCell ? text.left(kMaxShownCell) + u'\u2026' : text;
 }
 
 /// Measured when it comes into view first, and again when one of its cells has changed.
@@ -110,7 +111,10 @@ double TableBlockContent::rowHeight(int row) const {
     for (const Span &span : m_shownColumns) {
         const QString text = shown(row, span.index);
         if (!text.isEmpty()) {
-            const double needed = measuredText(text, font, span.length - 2 * kHorizontalPadding).height();
+            // The editor shows all of a text whose display only begins.
+            const double needed = isLongInEditor({row, span.index})
+                                      ? editor()->usedSize().height()
+                                      : measuredText(text, font, span.length - 2 * kHorizontalPadding).height();
             height = std::max(height, std::ceil(needed) + 2 * kVerticalPadding);
         }
     }
@@ -271,14 +275,14 @@ void TableBlockContent::removeRow() {
     m_table.removeRow(m_cell.row);
     m_cell.row = std::min(m_cell.row, m_table.rowCount() - 1);
     writeShape();
-    edit(m_cell, Caret::end);
+    editOrEnd();
 }
 
 void TableBlockContent::removeColumn() {
     m_table.removeColumn(m_cell.column);
     m_cell.column = std::min(m_cell.column, m_table.columnCount() - 1);
     writeShape();
-    edit(m_cell, Caret::end);
+    editOrEnd();
 }
 
 /// For the cell that was clicked; the menu of the keyboard is for the last one.

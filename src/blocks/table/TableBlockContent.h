@@ -40,6 +40,10 @@ public:
     static constexpr double kVerticalPadding = 7;
     static constexpr double kExtentHeight = 24;
     static constexpr QSizeF kLargest{960, 560};
+    /// In characters. A longer text shows its beginning while it is not edited.
+    static constexpr qsizetype kMaxShownCell = 2'000;
+    /// A longer text is not opened: laying it out takes seconds.
+    static constexpr qsizetype kMaxOpenedCell = 20'000;
 
     explicit TableBlockContent(QQuickItem *parent = nullptr);
 
@@ -78,6 +82,7 @@ protected:
     void dressEditor(AutoExpandingTextEditor &editor) override;
     [[nodiscard]] QString editedText() const override;
     void takeText(const QString &text) override;
+    void editorOpened(AutoExpandingTextEditor &editor) override;
     void mousePressEvent(QMouseEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 
@@ -102,12 +107,21 @@ private:
     [[nodiscard]] QString shown(int row, int column) const;
     [[nodiscard]] const Column &column(int index) const;
     [[nodiscard]] double rowHeight(int row) const;
-    [[nodiscard]] bool canEdit(Cell cell) const;
+    /// Whether the editor may be opened on the cell. One that is open takes any text.
+    [[nodiscard]] bool canOpen(Cell cell) const;
+    /// The next cell that can be opened, from the place in reading order on; none at the end.
+    [[nodiscard]] std::optional<Cell> openableFrom(int place, int step) const;
+    [[nodiscard]] int placeOf(Cell cell) const { return cell.row * m_table.columnCount() + cell.column; }
+    [[nodiscard]] Cell cellOf(int place) const {
+        return {place / m_table.columnCount(), place % m_table.columnCount()};
+    }
+    [[nodiscard]] bool isLongInEditor(Cell cell) const;
     [[nodiscard]] bool walkByLine(int step);
     [[nodiscard]] bool walkByCharacter(int step);
     void walk(int step);
     [[nodiscard]] bool paste();
     void edit(Cell cell, Caret caret);
+    void editOrEnd();
     void scrollTo(int row, int column);
     [[nodiscard]] std::optional<Cell> cellAt(QPointF point) const;
     void insertRow(int row);

@@ -15,16 +15,37 @@ namespace tallowby {
 
 namespace {
 
-constexpr qsizetype kLongestEditedCell = 2'000;
 constexpr int kRowsPerNotch = 3;
 
 } // namespace
 
-bool TableBlockContent::canEdit(Cell cell) const {
-    return m_table.text(cell.row, cell.column).size() <= kLongestEditedCell;
+bool TableBlockContent::canOpen(Cell cell) const {
+    return m_table.text(cell.row, cell.column).size() <= kMaxOpenedCell;
+}
+
+bool TableBlockContent::isLongInEditor(Cell cell) const {
+    return editor() && cell == m_cell && m_table.text(cell.row, cell.column).size() > kMaxShownCell;
+}
+
+std::optional<TableBlockContent::Cell> TableBlockContent::openableFrom(int place, int step) const {
+    for (; place >= 0 && place < m_table.rowCount() * m_table.columnCount(); place += step) {
+        if (canOpen(cellOf(place))) {
+            return cellOf(place);
+        }
+    }
+    return std::nullopt;
 }
 
 void TableBlockContent::setIsEditing(bool isEditing) {
+    if (isEditing && !this->isEditing() && !canOpen(m_cell)) {
+        const std::optional<Cell> other = openableFrom(0, 1);
+        if (!other) {
+            // An editor of nothing would swallow what is typed.
+            viewModel().endEditing();
+            return;
+        }
+        m_cell = *other;
+    }
     FieldsBody::setIsEditing(isEditing);
     if (isEditing) {
         setCursor(QCursor(Qt::IBeamCursor));
@@ -58,11 +79,20 @@ void TableBlockContent::dressEditor(AutoExpandingTextEditor &editor) {
 }
 
 QString TableBlockContent::editedText() const {
-    return canEdit(m_cell) ? m_table.text(m_cell.row, m_cell.column) : QString();
+    return m_table.text(m_cell.row, m_cell.column);
+}
+
+void TableBlockContent::editorOpened(AutoExpandingTextEditor &editor) {
+    FieldsBody::editorOpened(editor);
+    connect(&editor, &AutoExpandingTextEditor::usedSizeChanged, this, [this] {
+        if (isLongInEditor(m_cell)) {
+            layOut();
+        }
+    });
 }
 
 void TableBlockContent::takeText(const QString &text) {
-    if (canEdit(m_cell) && text != editedText()) {
+    if (text != editedText()) {
         m_table.setText(m_cell.row, m_cell.column, text);
         m_columns.remove(m_cell.column);
         writeCells();
@@ -70,7 +100,7 @@ void TableBlockContent::takeText(const QString &text) {
 }
 
 void TableBlockContent::edit(Cell cell, Caret caret) {
-    if (!editor() || !canEdit(cell)) {
+    if (!editor() || !canOpen(cell)) {
         return;
     }
     const auto leave = [this, cell] {
@@ -80,6 +110,15 @@ void TableBlockContent::edit(Cell cell, Caret caret) {
     moveEditor(leave, caret == Caret::start ? 0 : -1);
     if (caret == Caret::all) {
         editor()->selectAll();
+    }
+}
+
+/// Where the cell that is edited has gone, and another one stands in its place.
+void TableBlockContent::editOrEnd() {
+    if (isEditing() && !canOpen(m_cell)) {
+        viewModel().endEditing();
+    } else {
+        edit(m_cell, Caret::end);
     }
 }
 
@@ -119,8 +158,8 @@ bool TableBlockContent::handleKey(const QKeyEvent &event) {
         if (isShiftHeld) {
             return false;
         }
-        if (m_cell.row + 1 < m_table.rowCount()) {
-            edit({m_cell.row + 1, m_cell.column}, Caret::all);
+        if (const auto below = openableFrom(placeOf(m_cell) + m_table.columnCount(), m_table.columnCount())) {
+            edit(*below, Caret::all);
         } else {
             commit();
         }
@@ -140,23 +179,20 @@ bool TableBlockContent::handleKey(const QKeyEvent &event) {
 
 /// From row to row; behind the last cell a new row begins.
 void TableBlockContent::walk(int step) {
-    const int columns = m_table.columnCount();
-    const int next = m_cell.row * columns + m_cell.column + step;
-    if (next < 0) {
-        return;
-    }
-    if (next == columns * m_table.rowCount()) {
+    std::optional<Cell> next = openableFrom(placeOf(m_cell) + step, step);
+    if (!next && step > 0) {
         m_table.insertRow(m_table.rowCount());
         writeShape();
+        next = Cell{m_table.rowCount() - 1, 0};
     }
-    edit({next / columns, next % columns}, Caret::all);
+    if (next) {
+        edit(*next, Caret::all);
+    }
 }
 
 bool TableBlockContent::walkByCharacter(int step) {
-    const int columns = m_table.columnCount();
-    const int next = m_cell.row * columns + m_cell.column + step;
-    if (next >= 0 && next < columns * m_table.rowCount()) {
-        edit({next / columns, next % columns}, step < 0 ? Caret::end : Caret::start);
+    if (const auto next = openableFrom(placeOf(m_cell) + step, step)) {
+        edit(*next, step < 0 ? Caret::end : Caret::start);
     }
     return true;
 }
@@ -164,22 +200,25 @@ bool TableBlockContent::walkByCharacter(int step) {
 /// Within a cell of several lines the caret goes from line to line first.
 bool TableBlockContent::walkByLine(int step) {
     const bool isAtEdge = isCaretInLastLine(step);
-    const int row = m_cell.row + step;
-    if (isAtEdge && row >= 0 && row < m_table.rowCount()) {
-        edit({row, m_cell.column}, Caret::end);
+    const int toRow = step * m_table.columnCount();
+    const auto next = isAtEdge ? openableFrom(placeOf(m_cell) + toRow, toRow) : std::nullopt;
+    if (next) {
+        edit(*next, Caret::end);
     }
     return isAtEdge;
 }
 
 bool TableBlockContent::paste() {
     const std::vector<QStringList> values = TableCells::fromTabSeparated(QGuiApplication::clipboard()->text());
-    if (values.size() < 2 && values.front().size() < 2) {
+    if (values.empty() || (values.size() < 2 && values.front().size() < 2)) {
         return false;
     }
     m_table.fill(m_cell.row, m_cell.column, values);
     writeShape();
-    editor()->setText(editedText());
-    edit(m_cell, Caret::end);
+    if (canOpen(m_cell)) {
+        editor()->setText(editedText());
+    }
+    editOrEnd();
     return true;
 }
 
@@ -196,10 +235,17 @@ std::optional<TableBlockContent::Cell> TableBlockContent::cellAt(QPointF point) 
 }
 
 void TableBlockContent::placeCaret(QPointF point) {
-    if (const std::optional<Cell> cell = cellAt(point)) {
-        edit(*cell, Caret::end);
-        FieldsBody::placeCaret(point);
+    const std::optional<Cell> cell = cellAt(point);
+    if (!cell) {
+        return;
     }
+    if (!canOpen(*cell)) {
+        // What is typed now is not meant for the cell before.
+        viewModel().endEditing();
+        return;
+    }
+    edit(*cell, Caret::end);
+    FieldsBody::placeCaret(point);
 }
 
 void TableBlockContent::mousePressEvent(QMouseEvent *event) {

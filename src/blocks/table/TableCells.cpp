@@ -6,9 +6,9 @@ namespace tallowby {
 
 namespace {
 
-/// Of a pasted text; more was not meant for a note.
-constexpr qsizetype kMostPastedRows = 10'000;
-constexpr qsizetype kMostPastedColumns = 500;
+/// A pasted text of more rows or columns stays one text.
+constexpr qsizetype kMaxPastedRows = 10'000;
+constexpr qsizetype kMaxPastedColumns = 500;
 
 QString textOf(const AnyCodable &cell) {
     const auto &value = cell.value();
@@ -137,8 +137,11 @@ std::vector<QStringList> TableCells::fromTabSeparated(const QString &text) {
         lines.chop(1);
     }
     std::vector<QStringList> rows;
-    for (const QString &line : lines.split(u'\n').mid(0, kMostPastedRows)) {
-        rows.push_back(line.split(u'\t').mid(0, kMostPastedColumns));
+    for (const QString &line : lines.split(u'\n')) {
+        rows.push_back(line.split(u'\t'));
+        if (std::ssize(rows) > kMaxPastedRows || rows.back().size() > kMaxPastedColumns) {
+            return {};
+        }
     }
     return rows;
 }

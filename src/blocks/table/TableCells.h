@@ -32,6 +32,7 @@ public:
     [[nodiscard]] AnyCodable toPayload() const;
     /// For other programs: one line a row, a tab between cells. Tabs and breaks within a cell become blanks.
     [[nodiscard]] QString toTabSeparated() const;
+    /// None when the text has more rows or columns than anybody means for a note.
     [[nodiscard]] static std::vector<QStringList> fromTabSeparated(const QString &text);
 
 private:
