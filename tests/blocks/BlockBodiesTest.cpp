@@ -151,6 +151,55 @@ TEST_F(BlockBodies, ATextTakesUpItsOwnMeasure) {
     EXPECT_NEAR(edited.height(), block->height(), 1.5);
 }
 
+TEST_F(BlockBodies, ATextPulledNarrowerThanItsLineWrapsAndNothingIsOutsideOfIt) {
+    const BlockPtr block = canvas.add(BlockType::text, {-300, -200, 100, 24},
+                                      QStringLiteral("one line that is a good deal longer than that"));
+    canvas.settle();
+    const double line = block->width();
+    ASSERT_GT(line, 250);
+    canvas.model.selectOnly(block);
+    const auto pullTo = [&](double width) {
+        const QPointF corner(100 + block->width() + 4, 100 + block->height() + 4);
+        canvas.drag(corner, corner + QPointF(width - block->width(), 0));
+        canvas.settle();
+    };
+    pullTo(160);
+    EXPECT_NEAR(block->width(), 160, 1);
+    const double wrapped = block->height();
+    EXPECT_GT(wrapped, 40) << "the height follows";
+    const auto display = [&] { return canvas.containers().at(block.get())->body()->property("displaySize").toSizeF(); };
+    EXPECT_LE(display().width() + 8, block->width() + 1);
+    EXPECT_LE(display().height(), wrapped);
+
+    canvas.model.beginEditing(block);
+    canvas.settle();
+    EXPECT_NEAR(block->height(), wrapped, 1.5) << "nothing jumps between editor and display";
+    canvas.type(QStringLiteral(" and some more words behind it"));
+    EXPECT_NEAR(block->width(), 160, 1);
+    EXPECT_GT(block->height(), wrapped);
+    canvas.model.endEditing();
+    pullTo(120);
+    EXPECT_GT(block->height(), wrapped + 40);
+
+    // It is still so after a restart, and undo brings back widths as they were given.
+    canvas.view.reset();
+    canvas.view = makeCanvasView(canvas.engine, canvas.model, canvas.notifications);
+    canvas.view->setParentItem(canvas.window.contentItem());
+    canvas.view->setSize({800, 600});
+    canvas.settle();
+    EXPECT_NEAR(block->width(), 120, 1);
+    canvas.model.undoGesture();
+    EXPECT_NEAR(block->width(), 160, 1);
+    canvas.model.undoGesture();
+    canvas.model.undoGesture();
+    canvas.settle();
+    EXPECT_NEAR(block->width(), line, 1);
+    EXPECT_EQ(block->height(), 24);
+    block->setRawText(block->rawTextOrEmpty() + QStringLiteral(" which grows"));
+    EXPECT_GT(block->width(), line) << "one that was given no width is as wide as its line";
+    EXPECT_EQ(block->height(), 24);
+}
+
 TEST_F(BlockBodies, ASpawnedTextStaysCentredOnThePointer) {
     const QString words = QStringLiteral("words that were there at once and need far more than a hundred points");
     const BlockPtr block = canvas.model.spawnBlock({0, 0}, BlockType::text, words);

@@ -92,7 +92,8 @@ QList<QRectF> StruckLines::lines() const {
         QTextOption option(Qt::Alignment(item.property("effectiveHorizontalAlignment").toInt()));
         option.setWrapMode(QTextOption::WrapMode(item.property("wrapMode").toInt()));
         QTextLayout layout({}, item.property("font").value<QFont>());
-        layOutText(layout, item.property("text").toString(), option, item.width() - origin.x());
+        layOutText(layout, item.property("text").toString(), option,
+                   item.width() - origin.x() - item.property("rightPadding").toReal());
         addLines(lines, layout, origin);
     }
     return lines;

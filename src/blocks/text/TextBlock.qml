@@ -14,9 +14,10 @@ TextBlockContent {
 
         visible: content.isDisplayShown && content.isLegible && !content.showsLinks
         leftPadding: 4
+        rightPadding: 4
         topPadding: 2
-        width: content.wrapWidth > 0 ? content.wrapWidth : Math.max(implicitWidth, content.width)
-        wrapMode: content.wrapWidth > 0 ? Text.WrapAnywhere : Text.NoWrap
+        width: content.wrapWidth > 0 ? content.wrapWidth + 8 : Math.max(implicitWidth, content.width)
+        wrapMode: content.hasGivenWidth ? Text.Wrap : content.wrapWidth > 0 ? Text.WrapAnywhere : Text.NoWrap
         color: content.isEmpty ? Theme.inkSoft : content.textColor
         font: content.displayFont
         text: content.isEmpty ? qsTr("Type here...") : content.displayText

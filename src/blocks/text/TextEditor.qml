@@ -7,6 +7,9 @@ import Tallowby.Platform
 AutoExpandingTextEditor {
     id: editor
 
+    /// Whether the text has a width of its own, at which its lines are broken between words.
+    property bool wrapsAtWidth: false
+
     textEdit: edit
     usedSize: Qt.size(edit.contentWidth, edit.contentHeight)
     preedit: edit.preeditText
@@ -14,12 +17,13 @@ AutoExpandingTextEditor {
     TextEdit {
         id: edit
 
-        width: editor.wrapWidth > 0 ? editor.wrapWidth : editor.width
+        width: !editor.wrapsAtWidth && editor.wrapWidth > 0 ? editor.wrapWidth + 8 : editor.width
         height: editor.height
         padding: 0
         leftPadding: 4
+        rightPadding: 4
         topPadding: 2
-        wrapMode: editor.wrapWidth > 0 ? TextEdit.WrapAnywhere : TextEdit.NoWrap
+        wrapMode: editor.wrapsAtWidth ? TextEdit.Wrap : editor.wrapWidth > 0 ? TextEdit.WrapAnywhere : TextEdit.NoWrap
         textFormat: TextEdit.PlainText
         color: editor.textColor
         font: editor.font
