@@ -56,6 +56,14 @@ void CanvasTutorialOverlayView::attach(InfiniteCanvasView &canvas, UserDefaults 
     connect(m_model.get(), &CanvasTutorialModel::isActiveChanged, this, &CanvasTutorialOverlayView::isActiveChanged);
     connect(m_model.get(), &CanvasTutorialModel::stepChanged, this, &CanvasTutorialOverlayView::stepChanged);
     connect(m_model.get(), &CanvasTutorialModel::stepChanged, this, &CanvasTutorialOverlayView::placeChanged);
+    // The card points at the map, which has to be there for that.
+    for (const auto signal : {&CanvasTutorialModel::isActiveChanged, &CanvasTutorialModel::stepChanged}) {
+        connect(m_model.get(), signal, this, [this] {
+            if (m_miniMap) {
+                m_miniMap->setIsIntroduced(isActive() && isLast());
+            }
+        });
+    }
     connect(&canvas.viewModel(), &CanvasViewModel::blocksChanged, this,
             &CanvasTutorialOverlayView::canShowMiniMapChanged);
     connect(&canvas, &InfiniteCanvasView::typedAnywhere, this, &CanvasTutorialOverlayView::typedAnywhere);

@@ -1,4 +1,5 @@
 #include "blocks/CanvasDriver.h"
+#include "canvas/overlay/minimap/MiniMapView.h"
 #include "guidance/CanvasTutorialOverlayView.h"
 #include "platform/UserDefaults.h"
 #include "support/TemporaryFolder.h"
@@ -81,7 +82,9 @@ TEST_F(CanvasTutorial, ShowMeBringsTheMiniMapAndMovesNoBlock) {
         canvas.press(Qt::Key_Return);
     }
     ASSERT_EQ(step(), CanvasTutorialStep::miniMap);
-    EXPECT_FALSE(overlay->canShowMiniMap()) << "of nothing there is no map";
+    auto &map = *canvas.view->findChild<MiniMapView *>();
+    EXPECT_TRUE(map.isShown()) << "the card points at it";
+    EXPECT_FALSE(overlay->canShowMiniMap()) << "there is nothing that it could lead to";
     const BlockPtr note = canvas.add(BlockType::text, {-100, -20, 200, 40}, QStringLiteral("a note"));
     ASSERT_TRUE(overlay->canShowMiniMap());
     const QPointF before = canvas.view->offset();
@@ -91,6 +94,9 @@ TEST_F(CanvasTutorial, ShowMeBringsTheMiniMapAndMovesNoBlock) {
     EXPECT_TRUE(waitUntil([&] { return canvas.view->offset() == before - QPointF(400, 0); }));
     EXPECT_EQ(note->xPosition(), -100);
     EXPECT_TRUE(overlay->isActive());
+    canvas.view->jumpTo(before);
+    overlay->finish();
+    EXPECT_FALSE(map.isShown());
 }
 
 TEST_F(CanvasTutorial, EscapeSkipsForGood) {

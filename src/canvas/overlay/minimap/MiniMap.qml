@@ -2,7 +2,8 @@ import QtQuick
 import Tallowby.Canvas
 import Tallowby.Platform
 
-/// The mini map in its frame; there only while something is out of sight. Asks for the offset to jump to.
+/// The mini map in its frame; there only while something is out of sight, or a newcomer
+/// is told about it. Asks for the offset to jump to.
 Item {
     id: map
 
@@ -15,13 +16,13 @@ Item {
 
     implicitWidth: mapSize.width
     implicitHeight: mapSize.height
-    opacity: content.isNeeded ? 1 : 0
+    opacity: content.isShown ? 1 : 0
     visible: opacity > 0
     Accessible.role: Accessible.Graphic
     Accessible.name: qsTr("Mini map")
 
     Behavior on opacity {
-        NumberAnimation { duration: content.isNeeded ? Theme.motionIn : Theme.motionOut; easing.type: Easing.OutQuad }
+        NumberAnimation { duration: content.isShown ? Theme.motionIn : Theme.motionOut; easing.type: Easing.OutQuad }
     }
 
     SoftShadow {

@@ -47,6 +47,14 @@ void MiniMapView::setPadding(qreal padding) {
     }
 }
 
+void MiniMapView::setIsIntroduced(bool isIntroduced) {
+    if (m_isIntroduced != isIntroduced) {
+        m_isIntroduced = isIntroduced;
+        blocksChanged();
+        Q_EMIT mapChanged();
+    }
+}
+
 void MiniMapView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
     if (m_geometry.mapSize != newGeometry.size()) {
@@ -76,17 +84,17 @@ void MiniMapView::refreshSoon() {
 
 void MiniMapView::followViewport() {
     const Viewport &viewport = m_canvas->viewport();
-    const bool wasNeeded = isNeeded();
+    const bool wasShown = isShown();
     m_geometry.offset = viewport.offset();
     m_geometry.scale = viewport.scale();
     m_geometry.viewportSize = viewport.size();
-    if (isNeeded()) {
+    if (isShown()) {
         if (m_isStale) {
             refreshSoon();
         }
         update();
     }
-    if (wasNeeded || isNeeded()) {
+    if (wasShown || isShown()) {
         Q_EMIT mapChanged();
     }
 }
@@ -107,7 +115,7 @@ void MiniMapView::refresh() {
         marks.push_back({frame, colors.at(std::size_t(block->blockType()))});
     }
     m_geometry.blocks = around;
-    if (isNeeded()) {
+    if (isShown() && !marks.empty()) {
         m_isStale = false;
         const double ratio = window() ? window()->effectiveDevicePixelRatio() : 1;
         const QSizeF size = m_geometry.toMap(around).size() * ratio;
@@ -121,7 +129,7 @@ void MiniMapView::refresh() {
 
 QSGNode *MiniMapView::updatePaintNode(QSGNode *node, UpdatePaintNodeData *) {
     auto *image = static_cast<QSGImageNode *>(node);
-    if (m_picture.isNull() || !isNeeded()) {
+    if (m_picture.isNull() || !isShown()) {
         delete image;
         return nullptr;
     }

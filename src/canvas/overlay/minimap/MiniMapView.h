@@ -13,7 +13,7 @@
 namespace tallowby {
 
 /// The whole canvas in a corner of the view. The blocks are painted into one picture a moment after some have changed,
-/// and only while the map is needed; pan and zoom move the picture and the viewport's outline.
+/// and only while the map is shown; pan and zoom move the picture and the viewport's outline.
 class MiniMapView : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -21,6 +21,8 @@ class MiniMapView : public QQuickItem {
     Q_PROPERTY(qreal padding READ padding WRITE setPadding NOTIFY paddingChanged)
     /// Whether some part of a block is out of sight.
     Q_PROPERTY(bool isNeeded READ isNeeded NOTIFY mapChanged)
+    /// Whether the map is there: while it is needed, or a newcomer is told about it.
+    Q_PROPERTY(bool isShown READ isShown NOTIFY mapChanged)
     /// Where the viewport lies on the map.
     Q_PROPERTY(QRectF viewportOutline READ viewportOutline NOTIFY mapChanged)
 
@@ -32,6 +34,9 @@ public:
     [[nodiscard]] qreal padding() const { return m_geometry.padding; }
     void setPadding(qreal padding);
     [[nodiscard]] bool isNeeded() const { return m_geometry.hasBlocksOutside(); }
+    [[nodiscard]] bool isShown() const { return m_isIntroduced || isNeeded(); }
+    /// Shows the map although nothing is out of sight.
+    void setIsIntroduced(bool isIntroduced);
     [[nodiscard]] QRectF viewportOutline() const { return m_geometry.toMap(m_geometry.visibleRect()); }
 
 Q_SIGNALS:
@@ -62,6 +67,7 @@ private:
     QImage m_picture;
     /// The picture is older than the blocks.
     bool m_isStale = false;
+    bool m_isIntroduced = false;
     ScheduledCall m_refresh;
     bool m_hasNewPicture = false;
     /// While the pointer is down, the world stays as it was at the press, so that it does not move away under it. The
