@@ -324,6 +324,10 @@ QQuickItem *AppDelegate::makeCanvas() {
 
 void AppDelegate::applicationWillTerminate() {
     m_warmUp.cancel();
+    if (m_canvasViewModel) {
+        // An empty text leaves nothing behind.
+        m_canvasViewModel->endEditing();
+    }
     if (m_voiceRecording) {
         m_voiceRecording->stopRecording();
     }

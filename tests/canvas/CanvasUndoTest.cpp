@@ -162,6 +162,19 @@ TEST_F(CanvasUndo, TypingIsOneStepAndAnEmptiedTextOneDeletion) {
     model.setText(*stray, {});
     model.endEditing();
     EXPECT_FALSE(model.canUndo()) << "a stray key leaves nothing behind";
+
+    const BlockPtr typed = model.spawnBlock({}, BlockType::text, u"h"_qs);
+    model.setText(*typed, u"hello"_qs);
+    model.endEditing();
+    model.beginEditing(typed);
+    model.setText(*typed, u"hello again"_qs);
+    model.undoGesture();
+    EXPECT_EQ(typed->rawTextOrEmpty(), u"hello"_qs);
+    model.undoGesture();
+    EXPECT_TRUE(model.isEmpty()) << "the first typing goes with its note";
+    model.redoGesture();
+    EXPECT_EQ(typed->rawTextOrEmpty(), u"hello"_qs);
+    EXPECT_TRUE(typed->isLive());
 }
 
 TEST_F(CanvasUndo, AGestureComesBackWholeHoweverLargeWithOneLook) {

@@ -138,6 +138,10 @@ TEST_F(CanvasModel, DeselectingEverythingByNotificationEndsEditing) {
     notifications.post(events::deselectAllBlocks);
     EXPECT_FALSE(model.isAnyBlockEditing());
     EXPECT_FALSE(block->isSelected());
+    model.spawnBlock({}, BlockType::text, {});
+    notifications.post(events::flipReversing);
+    EXPECT_FALSE(model.isAnyBlockEditing());
+    EXPECT_EQ(model.blocks().size(), 1U) << "an empty text is not left behind";
 }
 
 TEST_F(CanvasModel, ShowsWhatTheWidenedViewportMeets) {

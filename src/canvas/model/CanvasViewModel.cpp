@@ -20,9 +20,14 @@ CanvasViewModel::CanvasViewModel(BlockStorage &storage, DebouncedSaver &saver, N
     , m_saver(saver)
     , m_scheduler(scheduler)
     , m_pasteboard(pasteboard)
-    , m_deselectObservation(notifications.observe(events::deselectAllBlocks, [this](const Notification &) {
+    , m_deselectObservation(notifications.observe(events::deselectAllBlocks,
+                                                  [this](const Notification &) {
+                                                      endEditing();
+                                                      deselectAll();
+                                                  }))
+    , m_turnObservation(notifications.observe(events::flipReversing, [this](const Notification &) {
+        // Whoever comes back points elsewhere, and what is typed then is meant for there.
         endEditing();
-        deselectAll();
     })) {
     refreshBlocks();
     recomputeZIndexes();

@@ -50,6 +50,8 @@ public:
     /// Blocks count as at least this large when the view is culled: one that has not measured itself yet is kept.
     static constexpr QSizeF kSmallestCulledSize{100, 50};
     static constexpr QSizeF kSpawnedTextSize{100, 24};
+    /// From the corner of a spawned text to the point that it is spawned at.
+    static constexpr QPointF kSpawnedTextCorner{50, 12};
     /// In characters. A longer text is kept whole and shown, but not opened: laying it out would hold up everything
     /// else for seconds.
     static constexpr qsizetype kLongestEditedText = 200'000;
@@ -299,6 +301,7 @@ private:
     void format(Block &block, Get get, Set set, const Value &value);
     void setSelection(std::vector<BlockPtr> blocks);
     void setFocusedBlock(const BlockPtr &block);
+    void recordTyping(const BlockPtr &block, const QString &textBefore);
     /// Gives a block the keyboard; one whose text is too long only stays selected.
     void open(const BlockPtr &block, bool isNew);
 
@@ -333,6 +336,7 @@ private:
     bool m_isFocusedBlockNew = false;
     const Block *m_spawningBlock = nullptr;
     NotificationCenter::Observation m_deselectObservation;
+    NotificationCenter::Observation m_turnObservation;
 };
 
 } // namespace tallowby

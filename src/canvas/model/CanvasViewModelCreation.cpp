@@ -7,8 +7,7 @@ namespace tallowby {
 
 namespace {
 
-/// From the point to the top left corner of what is spawned there.
-constexpr QPointF kTextCorner{50, 12};
+/// From the top left corner of what is spawned to the point that it is spawned at.
 constexpr QPointF kIconCorner{32, 32};
 constexpr QPointF kSketchCorner{200, 150};
 
@@ -74,7 +73,7 @@ BlockPtr CanvasViewModel::makeSpawned(QPointF at, BlockType type, const QString 
     const QUuid userId = ownerOfNewBlocks();
     switch (type) {
     case BlockType::text: {
-        auto block = Block::text(userId, at - kTextCorner, initialText);
+        auto block = Block::text(userId, at - kSpawnedTextCorner, initialText);
         block->setWidth(kSpawnedTextSize.width());
         block->setHeight(kSpawnedTextSize.height());
         return block;

@@ -1,5 +1,5 @@
-#include "canvas/model/CanvasViewModel.h"
 #include "canvas/model/HistoryWatch.h"
+#include "canvas/model/UndoGroup.h"
 #include "model/AnyCodable.h"
 #include "storage/DebouncedSaver.h"
 
@@ -42,7 +42,7 @@ void CanvasViewModel::endEditing() {
     // A text is nothing but its words; any other kind may be without.
     if (block->blockType() != BlockType::text || !isBlank(*block)) {
         if (block->rawTextOrEmpty() != textAtStart) {
-            registerAction(UpdateTextAction{block, textAtStart, block->rawTextOrEmpty()});
+            recordTyping(block, textAtStart);
         }
     } else if (m_isFocusedBlockNew) {
         const HistoryWatch watch(*this);
@@ -53,6 +53,17 @@ void CanvasViewModel::endEditing() {
         block->setRawText(textAtStart);
         softDelete({block});
         registerAction(DeleteAction{block});
+    }
+}
+
+void CanvasViewModel::recordTyping(const BlockPtr &block, const QString &textBefore) {
+    const UpdateTextAction typing{block, textBefore, block->rawTextOrEmpty()};
+    if (m_isFocusedBlockNew && block->blockType() == BlockType::text) {
+        // Without its first words a text would be left empty, or with the one letter that began it.
+        const UndoGroup coming(*this, *block);
+        registerAction(typing);
+    } else {
+        registerAction(typing);
     }
 }
 
