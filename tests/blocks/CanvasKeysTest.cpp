@@ -1,4 +1,6 @@
 #include "blocks/CanvasDriver.h"
+#include "canvas/model/BlockGeometry.h"
+#include "canvas/view/NoteColumn.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +12,13 @@ namespace tallowby {
 namespace {
 
 struct CanvasKeys : testing::Test {
+    /// Everything that waits for the next frame happens.
+    void showFrame() { static_cast<void>(canvas.window.grabWindow()); }
+    QRectF caret() const {
+        return canvas.focus()->mapRectToScene(canvas.focus()->property("cursorRectangle").toRectF());
+    }
+    QPointF onPaper(QPointF screen) const { return canvas.view->viewport().toCanvas(screen); }
+
     test::CanvasDriver canvas;
 };
 
@@ -28,6 +37,83 @@ TEST_F(CanvasKeys, ThePointerOutsideMeansTheMiddle) {
     canvas.pointAt({2'000, 350});
     canvas.type(QStringLiteral("x"));
     EXPECT_EQ(canvas.model.blocks().front()->xPosition(), -50);
+}
+
+TEST_F(CanvasKeys, ThoughtsTypedWhileThePointerRestsFormAColumn) {
+    const auto think = [this](const QString &thought) {
+        canvas.type(thought);
+        canvas.press(Qt::Key_Return);
+        showFrame();
+        const BlockPtr note = canvas.model.blocks().back();
+        EXPECT_EQ(note->rawTextOrEmpty(), thought);
+        return frameOf(*note);
+    };
+    canvas.pointAt({500, 450});
+    QRectF before = think(QStringLiteral("thought"));
+    EXPECT_NEAR(before.center().y(), 150, 1) << "the first is under the pointer";
+    const QPointF corner = before.topLeft();
+    for (int i = 0; i < 8; ++i) {
+        const QRectF next = think(QStringLiteral("another thought"));
+        EXPECT_NEAR(next.left(), corner.x(), 1);
+        EXPECT_NEAR(next.top(), before.bottom() + NoteColumn::kGap, 1);
+        EXPECT_LT(canvas.view->viewport().toScreen(next.bottomRight()).y(), 600 - 60) << "in view, above the tools";
+        before = next;
+    }
+    EXPECT_LT(canvas.view->offset().y(), 0) << "the paper has moved";
+
+    // Elsewhere on the paper the place under the pointer is free; so it is where the pointer has gone.
+    canvas.wheel({500, 450}, {0, -120 * 20});
+    EXPECT_LT((think(QStringLiteral("far")).center() - onPaper({500, 450})).manhattanLength(), 2);
+    canvas.pointAt({300, 200});
+    EXPECT_LT((think(QStringLiteral("there")).center() - onPaper({300, 200})).manhattanLength(), 2);
+    // A note that has gone leaves its place.
+    canvas.press(Qt::Key_Delete);
+    EXPECT_LT((think(QStringLiteral("again")).center() - onPaper({300, 200})).manhattanLength(), 2);
+}
+
+TEST_F(CanvasKeys, ThePaperFollowsTheCaretAndNothingElse) {
+    const auto caretX = [this] { return caret().right(); };
+    for (const QPointF &corner : {QPointF(2, 2), QPointF(797, 597)}) {
+        canvas.view->jumpTo({});
+        canvas.pointAt(corner);
+        canvas.type(QStringLiteral("x"));
+        showFrame();
+        EXPECT_TRUE(QRectF(79, 79, 642, 442).contains(caret())) << "begun at an edge, and to be read";
+        canvas.press(Qt::Key_Escape);
+    }
+    canvas.pointAt({700, 300});
+    for (int i = 0; i < 60; ++i) {
+        canvas.type(QStringLiteral("word "));
+        showFrame();
+        ASSERT_LE(caretX(), 721) << i;
+    }
+    EXPECT_GT(caretX(), 700);
+    canvas.press(Qt::Key_Home);
+    showFrame();
+    EXPECT_NEAR(caret().left(), 80, 2);
+
+    canvas.wheel({400, 300}, {120 * 20, 0});
+    const QPointF away = canvas.view->offset();
+    canvas.press(Qt::Key_Control);
+    showFrame();
+    EXPECT_EQ(canvas.view->offset(), away) << "the wheel has been turned on purpose";
+    canvas.compose(QStringLiteral("n"));
+    showFrame();
+    EXPECT_NE(canvas.view->offset(), away) << "what is composed is seen";
+    canvas.compose({});
+    canvas.press(Qt::Key_Escape);
+
+    // A list grows downwards.
+    const BlockPtr list = canvas.add(BlockType::checklist, {onPaper({100, 400}), QSizeF(280, 40)});
+    list->setContent(R"({"items":[{"text":"one"}]})");
+    canvas.settle();
+    canvas.model.beginEditing(list);
+    for (int i = 0; i < 12; ++i) {
+        canvas.press(Qt::Key_Return);
+        canvas.type(QStringLiteral("item"));
+        showFrame();
+        ASSERT_LE(caret().bottom(), 521) << i;
+    }
 }
 
 TEST_F(CanvasKeys, ReturnAndEscapeEndEditingAndShiftReturnBreaksTheLine) {

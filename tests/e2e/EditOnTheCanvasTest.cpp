@@ -3,6 +3,8 @@
 
 #include <X11/keysym.h>
 
+#include <QDir>
+#include <QFile>
 #include <QJsonObject>
 
 #include <cmath>
@@ -36,9 +38,92 @@ QJsonArray seen(const QJsonArray &notes) {
     return result;
 }
 
+/// As the file has it; `more` is what the kind needs, with a comma before it.
+QByteArray record(int depth, const QByteArray &kind, QPoint corner, const QByteArray &more) {
+    const QByteArray number = QByteArray::number(depth);
+    return R"({"id":"57124242-5051-41CC-917F-9ACAE01F505)" + number +
+           R"(","user_id":"00000000-0000-4000-8000-00000000D0DE","x_position":)" + QByteArray::number(corner.x()) +
+           R"(,"y_position":)" + QByteArray::number(corner.y()) + R"(,"width":280,"height":100,"z_index":)" + number +
+           R"(,"block_type":")" + kind + R"(","tags":[],"is_todo":false,"is_event":false,"created_at":785000000,)" +
+           R"("updated_at":785000000,"font_size":16,"text_color":"#000000","rotation":0,"is_bold":false,)" +
+           R"("is_italic":false,"is_strikethrough":false)" + more + '}';
+}
+
 } // namespace
 
 using EditOnTheCanvas = Desk;
+
+TEST_F(EditOnTheCanvas, ThoughtsTypedWithThePointerAtRestFormAColumnAndLoseNothing) {
+    const QStringList thoughts{QStringLiteral("call the plumber"), QStringLiteral("14:30 dentist"),
+                               QStringLiteral("3 eggs, 2 onions"), QStringLiteral("? why"), QStringLiteral("1984")};
+    startProgram();
+    openCanvas();
+    // At the lower edge, where the tools are.
+    pointer.moveTo({700, kScreenSize.height() - 20});
+    for (const QString &thought : thoughts) {
+        keyboard.type(thought);
+        keyboard.tap(XK_Return);
+    }
+    ASSERT_TRUE(notesBecome(thoughts));
+    const QJsonArray typed = notes();
+    for (qsizetype i = 1; i < thoughts.size(); ++i) {
+        const QJsonObject above = noteOf(typed, thoughts[i - 1]);
+        const QJsonObject below = noteOf(typed, thoughts[i]);
+        EXPECT_NEAR(number(below, u"x_position"), number(above, u"x_position"), 1) << qPrintable(thoughts[i]);
+        EXPECT_NEAR(number(below, u"y_position"), number(above, u"y_position") + number(above, u"height") + 12, 1.5)
+            << qPrintable(thoughts[i]);
+    }
+    // Control+Z takes back the last thought whole.
+    keyboard.chord(XK_Control_L, XK_z);
+    EXPECT_TRUE(notesBecome(thoughts.first(4)));
+    keyboard.chord(XK_Control_L, XK_y);
+    EXPECT_TRUE(notesBecome(thoughts));
+
+    // The paper follows a sentence that is longer than the screen is wide, and a text left empty is no note.
+    pointer.moveTo({1'100, 200});
+    const QString sentence =
+        QStringLiteral("a sentence that is far too long for the place where it was begun, ").repeated(2);
+    keyboard.type(sentence);
+    EXPECT_TRUE(eventually([this] { return inkIn(QRect(1'000, 150, 190, 120)) > 0.005; }));
+    EXPECT_EQ(inkIn(QRect(1'210, 150, 65, 120)), 0) << "the caret keeps its distance from the edge";
+    keyboard.tap(XK_Return);
+    keyboard.tap(XK_5);
+    pointer.click({300, 600});
+    closeCanvas();
+    EXPECT_TRUE(notesBecome(thoughts + QStringList{sentence}));
+    openCanvas();
+    pointer.moveTo({300, 300});
+    keyboard.type(u"and back");
+    EXPECT_TRUE(notesBecome(thoughts + QStringList{sentence, QStringLiteral("and back")}));
+}
+
+TEST_F(EditOnTheCanvas, AddItemAtRestTypesIntoThatListAndNothingElse) {
+    ASSERT_TRUE(QDir().mkpath(dataFolder()));
+    QFile file(dataFolder() + QStringLiteral("/blocks.json"));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write('[' + record(1, "checklist", {-300, -150}, R"(,"content":{"title":"","items":[{"text":"Milk"}]})") +
+               ',' + record(2, "table", {100, -150}, R"(,"content":{"cells":[["Piece","Cost"]]})") + ',' +
+               record(3, "code", {100, 50}, R"(,"raw_text":"// 1")") + ']');
+    file.close();
+    startProgram();
+    openCanvas();
+    // Title and one item lie above the line.
+    pointer.click(kScreenCentre + QPoint(-300 + 60, -150 + 36 + 28 + 17));
+    keyboard.type(u"Buy stamps");
+    keyboard.tap(XK_Escape);
+    const auto contentOf = [this](const QString &kind) {
+        for (const QJsonValue &note : notes()) {
+            if (note[u"block_type"] == kind) {
+                return note[u"content"].toObject();
+            }
+        }
+        return QJsonObject();
+    };
+    EXPECT_TRUE(eventually(
+        [&] { return contentOf(QStringLiteral("checklist"))[u"items"][1][u"text"] == QStringLiteral("Buy stamps"); }));
+    EXPECT_EQ(contentOf(QStringLiteral("table"))[u"cells"][0][0], QStringLiteral("Piece"));
+    EXPECT_FALSE(noteOf(notes(), QStringLiteral("// 1")).isEmpty());
+}
 
 TEST_F(EditOnTheCanvas, EveryGestureReachesTheFileAndUndoTakesAllOfThemBack) {
     const QString text = QStringLiteral("Anchor");

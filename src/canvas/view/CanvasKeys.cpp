@@ -31,6 +31,13 @@ bool isShortcutKey(const QKeyEvent &event, Qt::Key character) {
     return place && place == virtualKeyFromQtKey(character);
 }
 
+bool isModifierKey(const QKeyEvent &event) {
+    const auto isBetween = [key = event.key()](Qt::Key first, Qt::Key last) { return key >= first && key <= last; };
+    return isBetween(Qt::Key_Shift, Qt::Key_ScrollLock) || isBetween(Qt::Key_Super_L, Qt::Key_Super_R) ||
+           isBetween(Qt::Key_AltGr, Qt::Key_Multi_key) ||
+           isBetween(Qt::Key_Dead_Grave, Qt::Key_Dead_Longsolidusoverlay);
+}
+
 bool isCommandHeld(Qt::KeyboardModifiers modifiers) {
     return modifiers.testAnyFlags(Qt::ControlModifier | Qt::MetaModifier);
 }

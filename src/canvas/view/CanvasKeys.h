@@ -18,6 +18,9 @@ namespace tallowby {
 /// another character counts by its place.
 [[nodiscard]] bool isShortcutKey(const QKeyEvent &event, Qt::Key character);
 
+/// A key that only changes what others do, or what is composed of the next one.
+[[nodiscard]] bool isModifierKey(const QKeyEvent &event);
+
 /// Control or Super.
 [[nodiscard]] bool isCommandHeld(Qt::KeyboardModifiers modifiers);
 

@@ -1,6 +1,7 @@
 #include "canvas/view/InfiniteCanvasView.h"
 
 #include "canvas/container/BlockContainerView.h"
+#include "canvas/view/CaretFollower.h"
 #include "canvas/view/ImagePicker.h"
 #include "platform/AppEvents.h"
 #include "platform/desktop/MotionPreference.h"
@@ -26,7 +27,8 @@ constexpr std::size_t kLegiblePerFrame = 24;
 } // namespace
 
 InfiniteCanvasView::InfiniteCanvasView(QQuickItem *parent)
-    : QQuickItem(parent) {
+    : QQuickItem(parent)
+    , m_caretFollower(new CaretFollower(*this)) {
     setFlag(ItemIsFocusScope);
     setFlag(ItemAcceptsInputMethod);
     setFlag(ItemAcceptsDrops);
@@ -68,6 +70,9 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
         }
     });
     connect(&viewModel, &CanvasViewModel::cursorResetRequested, this, [this] { setCursor(Qt::ArrowCursor); });
+    const auto forgetLeadingKeys = [this] { m_leadingKeys.clear(); };
+    connect(this, &InfiniteCanvasView::isGestureRunningChanged, forgetLeadingKeys);
+    connect(this, &InfiniteCanvasView::contextMenuRequested, forgetLeadingKeys);
     connect(&viewModel, &CanvasViewModel::cullingRequested, this, &InfiniteCanvasView::cull);
     viewportMoved();
     // Of the blocks that were there before, none may have become visible or hidden.

@@ -6,6 +6,8 @@
 #include "canvas/model/CanvasViewModel.h"
 #include "canvas/overlay/menu/MenuEntriesModel.h"
 #include "canvas/tools/ToolBox.h"
+#include "canvas/view/LeadingKeys.h"
+#include "canvas/view/NoteColumn.h"
 #include "canvas/view/Viewport.h"
 #include "platform/Scheduler.h"
 
@@ -23,6 +25,7 @@ namespace tallowby {
 
 class BlockBody;
 class BlockContainerView;
+class CaretFollower;
 class ImagePicker;
 class MotionPreference;
 class NotificationCenter;
@@ -214,6 +217,10 @@ private:
     void requestMenuOfSelection();
     void bringIntoView(const Block &block);
     void typeAnywhere(const QString &text);
+    [[nodiscard]] QString takeLeadingKeys(const QString &next);
+    [[nodiscard]] LeadingKeys::Effects keyEffects() const;
+    /// False for a character that is no key of the canvas.
+    [[nodiscard]] bool actOnCharacter(QChar character, const QKeyEvent &event);
     void nudge(double dx, double dy, Qt::KeyboardModifiers modifiers);
     void handOverInputMethod();
 
@@ -252,6 +259,10 @@ private:
     std::optional<double> m_penPressure;
     bool m_isHelpVisible = false;
     bool m_isSearchVisible = false;
+    NoteColumn m_noteColumn;
+    LeadingKeys m_leadingKeys;
+    /// Owned as a child.
+    CaretFollower *m_caretFollower;
     /// While an input method composes the first word of a block, the keyboard focus stays here and what it sends goes
     /// on to the block's editor: a change of focus would make it give up the composition.
     bool m_keepsInputMethod = false;

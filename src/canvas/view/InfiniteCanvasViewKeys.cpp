@@ -2,6 +2,7 @@
 
 #include "canvas/container/BlockContainerView.h"
 #include "canvas/view/CanvasKeys.h"
+#include "canvas/view/CaretFollower.h"
 #include "platform/VirtualKey.h"
 
 #include <QCursor>
@@ -58,6 +59,9 @@ void InfiniteCanvasView::focusOutEvent(QFocusEvent *event) {
 }
 
 bool InfiniteCanvasView::handleKey(const QKeyEvent &event) {
+    if (typedText(event).isEmpty() && !isModifierKey(event)) {
+        m_leadingKeys.clear();
+    }
     if (m_tools.isPressed()) {
         return handleGestureKey(event);
     }
@@ -171,20 +175,39 @@ bool InfiniteCanvasView::handlePlainKey(const QKeyEvent &event) {
     if (text.isEmpty()) {
         return false;
     }
-    if (text == u' ') {
-        // Held, it turns the pointer into a hand; a blank alone is no note.
-        setIsBlankHeld(true);
-    } else if (text == u'?') {
-        setIsHelpVisible(!m_isHelpVisible);
-    } else if (text.size() == 1 && text >= u"1" && text <= u"9") {
-        // A key that is held down chooses once: repeated, it would lock and unlock the tool.
-        if (!event.isAutoRepeat()) {
-            chooseTool(text.front().unicode() - u'0');
-        }
-    } else {
+    const LeadingKeys::Effects before = keyEffects();
+    const Scheduler::Duration now = m_viewModel->scheduler().monotonic();
+    if (text.size() > 1 || m_leadingKeys.isBeginningOf(text, before, now) || !actOnCharacter(text.front(), event)) {
         typeAnywhere(text);
+        return true;
+    }
+    // A "?" that puts the help away begins nothing.
+    const bool isHelpClosed = before.isHelpVisible && !m_isHelpVisible;
+    const bool isBeginning = text != u' ' && (!isHelpClosed || m_leadingKeys.isFresh(before, now));
+    if (isBeginning && !event.isAutoRepeat()) {
+        m_leadingKeys.add(text, before, keyEffects(), now);
     }
     return true;
+}
+
+bool InfiniteCanvasView::actOnCharacter(QChar character, const QKeyEvent &event) {
+    if (character == u' ') {
+        // Held, it turns the pointer into a hand; a blank alone is no note.
+        setIsBlankHeld(true);
+        return true;
+    }
+    const bool isDigit = character >= u'1' && character <= u'9';
+    // A key that is held down acts once: repeated, it would lock and unlock the tool.
+    if (character == u'?' && !event.isAutoRepeat()) {
+        setIsHelpVisible(!m_isHelpVisible);
+    } else if (isDigit && !event.isAutoRepeat()) {
+        chooseTool(character.unicode() - u'0');
+    }
+    return character == u'?' || isDigit;
+}
+
+LeadingKeys::Effects InfiniteCanvasView::keyEffects() const {
+    return {m_viewModel->activeTool(), m_viewModel->toolLocked(), m_isHelpVisible};
 }
 
 bool InfiniteCanvasView::handleNamedKey(const QKeyEvent &event) {
@@ -293,14 +316,30 @@ QPointF InfiniteCanvasView::pointerOnCanvas() const {
 }
 
 void InfiniteCanvasView::typeAnywhere(const QString &text) {
+    const QString leading = takeLeadingKeys(text);
     // Whoever types wants to see it.
     setIsHelpVisible(false);
-    m_viewModel->spawnBlock(pointerOnCanvas(), BlockType::text, text);
+    const QPointF place = m_noteColumn.placeFor(QCursor::pos(), pointerOnCanvas());
+    m_noteColumn.add(m_viewModel->spawnBlock(place, BlockType::text, leading + text));
     Q_EMIT typedAnywhere();
+}
+
+/// The keys that begin the text, and what they did is taken back.
+QString InfiniteCanvasView::takeLeadingKeys(const QString &next) {
+    if (!m_leadingKeys.isBeginningOf(next, keyEffects(), m_viewModel->scheduler().monotonic())) {
+        m_leadingKeys.clear();
+        return {};
+    }
+    m_viewModel->setToolLocked(m_leadingKeys.before().isToolLocked);
+    m_viewModel->setActiveTool(m_leadingKeys.before().tool);
+    return m_leadingKeys.take();
 }
 
 void InfiniteCanvasView::editorOpened() {
     QQuickItem *input = editorInput();
+    if (input) {
+        m_caretFollower->setInput(input);
+    }
     if (input && !m_keepsInputMethod) {
         input->forceActiveFocus();
     }
