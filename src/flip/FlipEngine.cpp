@@ -1,6 +1,5 @@
 #include "flip/FlipEngine.h"
 
-#include "flip/CanvasWrapper.h"
 #include "flip/FlipWindow.h"
 #include "flip/scene/BackdropView.h"
 #include "flip/scene/FlipSceneView.h"
@@ -28,6 +27,8 @@ constexpr auto kFocusReturnGrace = 300ms;
 /// The backdrop is blurred, so the desktop is captured at an eighth of its size.
 constexpr int kCaptureReduction = 8;
 constexpr QSizeF kFallbackCanvasSize{800, 600};
+/// The property of the host's QML.
+constexpr auto kHostedCanvas = "canvasView";
 
 QUrl moduleFile(QStringView fileName) {
     return QUrl(u"qrc:/qt/qml/Tallowby/Flip/" + fileName);
@@ -82,9 +83,6 @@ void FlipEngine::setTallowbyContent(QQuickItem *view) {
 }
 
 void FlipEngine::prepare() {
-    if (!m_hostComponent) {
-        m_hostComponent = std::make_unique<QQmlComponent>(&m_qml, moduleFile(u"TallowbyOverlayContainer.qml"));
-    }
     if (!m_flipWindow) {
         makeWindow();
         rehearse();
@@ -175,8 +173,6 @@ void FlipEngine::makeWindow() {
     connect(m_flipWindow.get(), &FlipWindow::closeRequested, this, [this] { closeFlip(); });
     makeContainer();
     m_flipWindow->setContentView(m_flipContainerView.get());
-    m_canvasStage = std::make_unique<CanvasWrapper>();
-    m_flipWindow->addUnseen(m_canvasStage.get());
 }
 
 QQuickItem *FlipEngine::canvas() {
@@ -189,8 +185,24 @@ QQuickItem *FlipEngine::canvas() {
     return m_fallbackCanvas.get();
 }
 
+void FlipEngine::hostUnseen(QQuickItem *canvas) {
+    if (m_unseenHostingView && part<QQuickItem>(*m_unseenHostingView, kHostedCanvas) == canvas) {
+        return;
+    }
+    if (!m_hostComponent) {
+        m_hostComponent = std::make_unique<QQmlComponent>(&m_qml, moduleFile(u"TallowbyOverlayContainer.qml"));
+    }
+    m_unseenHostingView =
+        createItem(*m_hostComponent, {{QLatin1StringView(kHostedCanvas), QVariant::fromValue(canvas)}});
+    m_flipWindow->addUnseen(m_unseenHostingView.get());
+    if (m_flipWindow->size().isEmpty()) {
+        m_unseenHostingView->setSize(kFallbackCanvasSize);
+    }
+    canvas->forceActiveFocus(Qt::OtherFocusReason);
+}
+
 void FlipEngine::rehearse() {
-    m_canvasStage->setView(canvas());
+    hostUnseen(canvas());
     if (!m_flipWindow->drawUnseenFrame()) {
         return;
     }
@@ -213,10 +225,7 @@ void FlipEngine::chooseBackFace() {
     }
     QQuickItem *const canvas = this->canvas();
     if (!m_persistentHostingView) {
-        if (m_flipWindow->size().isEmpty()) {
-            m_canvasStage->setSize(kFallbackCanvasSize);
-        }
-        m_canvasStage->setView(canvas);
+        hostUnseen(canvas);
     }
     if (m_cachedCanvasSnapshot.isNull()) {
         m_sceneView->setBackContent(canvas);
@@ -232,17 +241,8 @@ void FlipEngine::createPersistentHostingView() {
         m_tallowbyContentView = m_fallbackCanvas.get();
         logLine(u"[FlipEngine] ⚠️ Creating fallback InfiniteCanvasView for persistence");
     }
-    prepare();
-    const QPointer<QQuickItem> focusItem = m_flipWindow->activeFocusItem();
-    m_persistentHostingView = createItem(
-        *m_hostComponent, {{QStringLiteral("canvasView"), QVariant::fromValue(m_tallowbyContentView.data())}});
-    m_flipWindow->addUnseen(m_persistentHostingView.get());
-    m_canvasStage->setView(nullptr);
-    if (focusItem && focusItem->window() == m_flipWindow.get()) {
-        focusItem->forceActiveFocus(Qt::OtherFocusReason);
-    } else {
-        m_tallowbyContentView->forceActiveFocus(Qt::OtherFocusReason);
-    }
+    hostUnseen(m_tallowbyContentView);
+    m_persistentHostingView = std::move(m_unseenHostingView);
     logLine(u"[FlipEngine] 🏗️ Persistent Hosting View Created");
 }
 

@@ -24,7 +24,6 @@ class QQmlEngine;
 namespace tallowby {
 
 class AppSettings;
-class CanvasWrapper;
 class DesktopCapture;
 class FlipSceneView;
 class FlipWindow;
@@ -94,6 +93,9 @@ private:
     void makeContainer();
     void makeWindow();
     [[nodiscard]] QQuickItem *canvas();
+    /// Puts `canvas` into a host, and that into the window, unseen but with the focus; does nothing when it is there
+    /// already.
+    void hostUnseen(QQuickItem *canvas);
     void rehearse();
     void chooseBackFace();
     void createPersistentHostingView();
@@ -119,9 +121,10 @@ private:
     std::unique_ptr<QQuickItem> m_flipContainerView;
     FlipSceneView *m_sceneView = nullptr;
     QPointer<QQuickItem> m_tallowbyContentView;
-    /// Holds the canvas in the window, unseen, until it has its host: it takes keys from the start of the first turn
-    /// on.
-    std::unique_ptr<CanvasWrapper> m_canvasStage;
+    /// The host in the making: holds the canvas in the window, unseen, until the first turn is over. The canvas takes
+    /// keys from the start of that turn on and must not be moved while an input method composes in it: an item that
+    /// leaves the window loses the focus, and what is composed in it is committed there and then.
+    std::unique_ptr<QQuickItem> m_unseenHostingView;
     std::unique_ptr<QQuickItem> m_persistentHostingView;
     /// A host whose canvas was replaced while it was up; it goes with the next close.
     std::unique_ptr<QQuickItem> m_retiredHostingView;
