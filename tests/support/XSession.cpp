@@ -128,13 +128,14 @@ private:
 } // namespace
 
 XSession::XSession(const Options &options) {
-    for (const char *folder : {"config", "data", "runtime"}) {
+    for (const char *folder : {"cache", "config", "data", "runtime"}) {
         QDir().mkpath(m_folder.file(QString::fromLatin1(folder)));
     }
     QFile::setPermissions(m_folder.file(QStringLiteral("runtime")),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     m_environment.insert(QStringLiteral("XDG_SESSION_TYPE"), QStringLiteral("x11"));
+    m_environment.insert(QStringLiteral("XDG_CACHE_HOME"), m_folder.file(QStringLiteral("cache")));
     m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.file(QStringLiteral("config")));
     m_environment.insert(QStringLiteral("XDG_DATA_HOME"), m_folder.file(QStringLiteral("data")));
     m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder.file(QStringLiteral("runtime")));
