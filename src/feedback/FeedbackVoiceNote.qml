@@ -75,5 +75,12 @@ RowLayout {
         }
     }
 
-    Item { Layout.fillWidth: true }
+    Text {
+        Layout.fillWidth: true
+        color: Theme.danger
+        font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
+        text: control.recorder.isRecording ? "" : control.recorder.mishap
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
 }

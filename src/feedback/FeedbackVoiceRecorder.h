@@ -20,6 +20,8 @@ class FeedbackVoiceRecorder : public QObject {
     /// There is something to be sent; its file may still be on its way to its end.
     Q_PROPERTY(bool hasRecording READ hasRecording NOTIFY changed)
     Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY changed)
+    /// Why the last recording came to nothing or ended early; empty for nothing to be said.
+    Q_PROPERTY(QString mishap READ mishap NOTIFY changed)
     Q_PROPERTY(QString elapsedText READ elapsedText NOTIFY changed)
     Q_PROPERTY(QString durationText READ durationText NOTIFY changed)
     /// How loud it is, from 0 to 1.
@@ -34,6 +36,7 @@ public:
 
     [[nodiscard]] bool isRecording() const { return m_recorder != nullptr; }
     [[nodiscard]] bool hasRecording() const { return m_recordedFile.has_value() && !isRecording(); }
+    [[nodiscard]] const QString &mishap() const { return m_mishap; }
     [[nodiscard]] bool isPlaying() const { return m_player && m_player->isPlaying(); }
     /// Seconds.
     [[nodiscard]] double elapsed() const { return m_elapsed; }
@@ -43,7 +46,7 @@ public:
     /// None while it is recorded, or not whole yet.
     [[nodiscard]] std::optional<QString> recordedFile() const;
 
-    /// In place of what was recorded before.
+    /// In place of what was recorded before, which is thrown away once there is something better.
     Q_INVOKABLE void startRecording();
     Q_INVOKABLE void stopRecording();
     Q_INVOKABLE void togglePlay();
@@ -57,6 +60,7 @@ Q_SIGNALS:
 
 private:
     void tick();
+    void finish(const QString &file, const std::optional<MediaFailure> &failure);
 
     Audio &m_audio;
     Scheduler &m_scheduler;
@@ -68,6 +72,10 @@ private:
     double m_level = 0;
     std::optional<QString> m_recordedFile;
     bool m_isFinishing = false;
+    /// The recording that the current one is to replace, and its duration.
+    std::optional<QString> m_fileBefore;
+    double m_durationBefore = 0;
+    QString m_mishap;
 };
 
 } // namespace tallowby

@@ -1,5 +1,7 @@
 #include "media/VideoRecorder.h"
 
+#include "platform/Log.h"
+
 #include <QPointer>
 
 #include <atomic>
@@ -34,9 +36,12 @@ struct VideoRecorder::Core : std::enable_shared_from_this<Core> {
         });
     }
 
-    void setupAndRecord(const QString &url, const QString &cameraId, const QString &microphoneId) {
+    void setupAndRecord(const QString &url, int itsAttempt, const QString &cameraId, const QString &microphoneId) {
         if (session) {
-            record(url);
+            record(url, itsAttempt);
+            return;
+        }
+        if (isCalledOff(itsAttempt)) {
             return;
         }
         session = video.makeSession(cameraId, microphoneId);
@@ -44,25 +49,44 @@ struct VideoRecorder::Core : std::enable_shared_from_this<Core> {
         tell([frames = session->frames(), hasCamera = session->hasCamera()](VideoRecorder &told) {
             told.setPreview(frames, hasCamera);
         });
-        queue.sleepThen(kWarmUp, [core = shared_from_this(), url] {
-            if (!core->isGone && core->session) {
-                core->record(url);
+        queue.sleepThen(kWarmUp, [core = shared_from_this(), url, itsAttempt] {
+            if (!core->isGone) {
+                core->record(url, itsAttempt);
             }
         });
     }
 
-    void record(const QString &url) {
+    /// Whether the view has gone away since; then the note is told that nothing begins.
+    bool isCalledOff(int itsAttempt) {
+        if (itsAttempt == attempt) {
+            return false;
+        }
+        tell([](VideoRecorder &told) {
+            if (told.state() == State::preparing) {
+                told.setState(State::idle);
+            }
+        });
+        return true;
+    }
+
+    void record(const QString &url, int itsAttempt) {
+        if (isCalledOff(itsAttempt) || !session) {
+            return;
+        }
         tell([](VideoRecorder &told) { told.setState(State::recording); });
-        session->startRecording(url, [weak = weak_from_this(), url](const std::optional<QString> &error) {
+        session->startRecording(url, [weak = weak_from_this(), url](const std::optional<MediaFailure> &failure) {
+            if (failure) {
+                logLine(QString(u"[VideoRecorder] Record failed: " + failure->text));
+            }
             if (const std::shared_ptr<Core> core = weak.lock()) {
-                core->didFinish(url, error);
+                core->didFinish(url, failure);
             }
         });
     }
 
     /// Any thread.
-    void didFinish(const QString &url, const std::optional<QString> &error) {
-        tell([url, error](VideoRecorder &told) { told.setState(error ? State::idle : State::ready, url); });
+    void didFinish(const QString &url, const std::optional<MediaFailure> &failure) {
+        tell([url, failure](VideoRecorder &told) { told.end(url, failure); });
         async(weak_from_this(), queue, [](Core &core) { core.teardownIfOwed(); });
     }
 
@@ -100,6 +124,8 @@ struct VideoRecorder::Core : std::enable_shared_from_this<Core> {
     Video &video;
     SessionQueue &queue;
     std::atomic<bool> isGone = false;
+    /// Goes up with every start and whenever the view goes away; set on the main thread.
+    std::atomic<int> attempt = 0;
     std::unique_ptr<CaptureSession> session;
     bool shouldTeardownAfterStop = false;
 };
@@ -131,8 +157,8 @@ void VideoRecorder::startRecording(const QString &url) {
         return;
     }
     m_core->tell([](VideoRecorder &told) { told.setState(State::preparing); });
-    m_video.requestCameraAccess([weak = Core::Weak(m_core), &queue = m_queue, url, camera = m_cameraId,
-                                 microphone = m_microphoneId](bool isGranted) {
+    m_video.requestCameraAccess([weak = Core::Weak(m_core), &queue = m_queue, url, attempt = ++m_core->attempt,
+                                 camera = m_cameraId, microphone = m_microphoneId](bool isGranted) {
         const std::shared_ptr<Core> core = weak.lock();
         if (!core) {
             return;
@@ -141,8 +167,9 @@ void VideoRecorder::startRecording(const QString &url) {
             core->tell([](VideoRecorder &told) { told.setState(State::permissionDenied); });
             return;
         }
-        Core::async(weak, queue,
-                    [url, camera, microphone](Core &found) { found.setupAndRecord(url, camera, microphone); });
+        Core::async(weak, queue, [url, attempt, camera, microphone](Core &found) {
+            found.setupAndRecord(url, attempt, camera, microphone);
+        });
     });
 }
 
@@ -155,12 +182,21 @@ void VideoRecorder::stopRecording() {
 }
 
 void VideoRecorder::stopSession() {
+    ++m_core->attempt;
     Core::async(m_core, m_queue, [](Core &core) { core.stopSession(); });
 }
 
-void VideoRecorder::setState(State state, const QString &url) {
+void VideoRecorder::setState(State state) {
     m_state = state;
-    m_url = state == State::ready ? url : QString();
+    m_url.clear();
+    m_failure.reset();
+    Q_EMIT stateChanged();
+}
+
+void VideoRecorder::end(const QString &url, const std::optional<MediaFailure> &failure) {
+    m_state = failure ? State::idle : State::ready;
+    m_url = failure ? QString() : url;
+    m_failure = failure;
     Q_EMIT stateChanged();
 }
 

@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
 
 namespace tallowby {
 
@@ -38,6 +39,9 @@ public:
     [[nodiscard]] State state() const { return m_state; }
     /// The file of the finished film.
     [[nodiscard]] const QString &url() const { return m_url; }
+    /// Why the film ended early or came to nothing, while idle; none when it was called off before it began. A film of
+    /// which something can be played is still there.
+    [[nodiscard]] const std::optional<MediaFailure> &failure() const { return m_failure; }
     /// What the camera sees while the session runs; null otherwise.
     [[nodiscard]] const std::shared_ptr<VideoFrames> &preview() const { return m_preview; }
     [[nodiscard]] bool hasCamera() const { return m_hasCamera; }
@@ -47,7 +51,7 @@ public:
     void startRecording(const QString &url);
     /// The session keeps running, ready for another film.
     void stopRecording();
-    /// The view goes away: ends what is recorded and lets the camera go.
+    /// The view goes away: ends what is recorded, calls off what has not begun, and lets the camera go.
     void stopSession();
 
 Q_SIGNALS:
@@ -57,7 +61,8 @@ Q_SIGNALS:
 private:
     struct Core;
 
-    void setState(State state, const QString &url = {});
+    void setState(State state);
+    void end(const QString &url, const std::optional<MediaFailure> &failure);
     void setPreview(const std::shared_ptr<VideoFrames> &preview, bool hasCamera);
 
     Video &m_video;
@@ -65,6 +70,7 @@ private:
     std::shared_ptr<Core> m_core;
     State m_state = State::idle;
     QString m_url;
+    std::optional<MediaFailure> m_failure;
     std::shared_ptr<VideoFrames> m_preview;
     bool m_hasCamera = false;
     QString m_cameraId;

@@ -11,9 +11,13 @@ namespace tallowby {
 
 namespace {
 
-/// Of what is drawn while a note is recorded.
-constexpr qsizetype kMostLevels = 200;
-constexpr int kMostFilesInMind = 60;
+/// As many as are drawn while a note is recorded.
+constexpr qsizetype kMaxLevels = 200;
+constexpr int kMaxCachedFiles = 60;
+
+MediaFailure noFolderFailure() {
+    return {QStringLiteral("there is no place for it"), MediaFailure::Kind::fileFailed};
+}
 
 QPointer<VoiceRecordingService> &sharedService() {
     static QPointer<VoiceRecordingService> service;
@@ -27,7 +31,7 @@ VoiceRecordingService::VoiceRecordingService(Audio &audio, BlockStorage &storage
     , m_audio(audio)
     , m_storage(storage)
     , m_scheduler(scheduler)
-    , m_loudness(kMostFilesInMind) {}
+    , m_loudness(kMaxCachedFiles) {}
 
 VoiceRecordingService::~VoiceRecordingService() {
     stopRecording();
@@ -45,14 +49,16 @@ void VoiceRecordingService::startRecording(Block &block) {
     if (m_activeBlockId) {
         stopRecording();
     }
-    const QString fileName = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".m4a");
+    const QString fileName = newRecordingName(QStringLiteral(".m4a"));
     const std::optional<QString> folder = MediaStorage::directory();
-    auto [recorder, error] = folder ? m_audio.makeRecorder(*folder + u'/' + fileName, m_microphoneId)
-                                    : MediaResult<AudioRecorder>{nullptr, QStringLiteral("there is no place for it")};
+    auto [recorder, failure] = folder ? m_audio.makeRecorder(*folder + u'/' + fileName, m_microphoneId)
+                                      : MediaResult<AudioRecorder>{nullptr, noFolderFailure()};
     if (!recorder) {
-        logLine(QString(u"[VoiceRecordingService] Record failed: " + error));
+        logLine(QString(u"[VoiceRecordingService] Record failed: " + failure.text));
+        setMishap(block.id(), {RecordingMishap::Medium::voice, failure});
         return;
     }
+    clearMishap(block.id());
     recorder->record();
     m_recorder = std::move(recorder);
     m_activeBlockId = block.id();
@@ -60,7 +66,8 @@ void VoiceRecordingService::startRecording(Block &block) {
     m_levels.clear();
     m_activeBlock = &block;
     m_fileName = fileName;
-    block.setMediaFileName(fileName);
+    m_before = NoteRecordings::of(block);
+    m_before.replacedBy({fileName}).writeTo(block);
     // Should the program not come to the end of the recording, the note still knows its file.
     m_storage.save();
     m_ticker = m_scheduler.every(kTick, [this] { tick(); });
@@ -72,7 +79,7 @@ void VoiceRecordingService::tick() {
     const double elapsed = m_recorder ? m_recorder->currentTime() : 0;
     if (m_recorder) {
         m_levels << float(m_recorder->level());
-        if (m_levels.size() > kMostLevels) {
+        if (m_levels.size() > kMaxLevels) {
             m_levels.removeFirst();
         }
     }
@@ -80,7 +87,7 @@ void VoiceRecordingService::tick() {
         Q_EMIT elapsedChanged();
     }
     const bool isDeleted = m_activeBlock && !m_activeBlock->isLive();
-    if (isDeleted || (m_recorder && m_recorder->hasFailed())) {
+    if (isDeleted || (m_recorder && m_recorder->failure())) {
         stopRecording();
     }
 }
@@ -90,26 +97,83 @@ void VoiceRecordingService::stopRecording() {
         return;
     }
     const double duration = m_recorder ? m_recorder->currentTime() : m_elapsed;
-    const QString fileName = m_fileName;
     if (const auto recorder = std::exchange(m_recorder, nullptr)) {
-        m_finishing.insert(fileName);
-        recorder->stop([service = QPointer(this), fileName] {
+        m_finishing.insert(m_fileName);
+        recorder->stop([service = QPointer(this), fileName = m_fileName, block = m_activeBlock,
+                        before = m_before](const std::optional<MediaFailure> &failure) {
             if (service) {
-                service->m_finishing.remove(fileName);
-                Q_EMIT service->fileFinished(fileName);
+                service->finish(fileName, block, before, failure);
             }
         });
     }
     m_ticker.cancel();
-    m_activeBlock->setMediaDuration(duration);
-    m_activeBlock->setUpdatedAt(Timestamp::from(m_scheduler.now()));
-    m_activeBlock->setNeedsSync(true);
-    m_storage.save();
+    // The name as well: the note may have been replaced by another device's meanwhile.
+    m_before.replacedBy({m_fileName, duration}).writeTo(*m_activeBlock);
+    handOnRecording(*m_activeBlock, m_scheduler, m_storage);
     m_activeBlock.clear();
     m_activeBlockId.reset();
     m_elapsed = 0;
     Q_EMIT activeBlockIdChanged();
     Q_EMIT elapsedChanged();
+}
+
+void VoiceRecordingService::finish(const QString &fileName, const QPointer<Block> &block, const NoteRecordings &before,
+                                   const std::optional<MediaFailure> &failure) {
+    m_finishing.remove(fileName);
+    if (failure) {
+        logLine(QString(u"[VoiceRecordingService] Record failed: " + failure->text));
+    }
+    if (failure && block) {
+        const bool isKept = MediaStorage::existingFile(fileName).has_value();
+        if (!isKept && block->mediaFileName() == fileName) {
+            before.writeTo(*block);
+            handOnRecording(*block, m_scheduler, m_storage);
+        }
+        setMishap(block->id(), {RecordingMishap::Medium::voice, *failure, isKept});
+    }
+    Q_EMIT fileFinished(fileName);
+}
+
+void VoiceRecordingService::setMishap(QUuid blockId, const RecordingMishap &mishap) {
+    m_mishaps.insert(blockId, mishap.text());
+    Q_EMIT mishapChanged(blockId);
+}
+
+void VoiceRecordingService::clearMishap(QUuid blockId) {
+    if (m_mishaps.remove(blockId)) {
+        Q_EMIT mishapChanged(blockId);
+    }
+}
+
+void VoiceRecordingService::restorePrevious(Block &block) {
+    const NoteRecordings recordings = NoteRecordings::of(block);
+    if (recordings.hasPrevious() && !isRecording(block.id())) {
+        clearMishap(block.id());
+        recordings.swapped().writeTo(block);
+        handOnRecording(block, m_scheduler, m_storage);
+    }
+}
+
+void VoiceRecordingService::readLength(Block &block) {
+    const QString fileName = block.mediaFileName().value_or(QString());
+    const std::optional<QString> path = MediaStorage::existingFile(fileName);
+    if (!path || isFinishing(fileName) || m_measuring.contains(fileName)) {
+        return;
+    }
+    m_measuring.insert(fileName);
+    m_audio.readLength(
+        *path, [service = QPointer(this), block = QPointer(&block), fileName](const std::optional<double> &seconds) {
+            if (!service) {
+                return;
+            }
+            service->m_measuring.remove(fileName);
+            if (!seconds) {
+                Q_EMIT service->unplayable(fileName);
+            } else if (block && block->mediaFileName() == fileName) {
+                block->setMediaDuration(*seconds);
+                handOnRecording(*block, service->m_scheduler, service->m_storage);
+            }
+        });
 }
 
 std::optional<QString> VoiceRecordingService::existingFile(const Block &block) {

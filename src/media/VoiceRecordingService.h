@@ -1,10 +1,12 @@
 #pragma once
 
+#include "media/NoteRecordings.h"
 #include "model/Block.h"
 #include "platform/Scheduler.h"
 #include "platform/desktop/Audio.h"
 
 #include <QCache>
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -43,6 +45,15 @@ public:
     /// Stops a recording that runs, of this block or another, as if the user had.
     void startRecording(Block &block);
     void stopRecording();
+    /// Why the last recording of that block came to nothing or ended early, in plain words; empty when it did not.
+    [[nodiscard]] QString mishap(QUuid blockId) const { return m_mishaps.value(blockId); }
+    void clearMishap(QUuid blockId);
+    /// Goes back to the recording before; once more, and the newer one is there again.
+    void restorePrevious(Block &block);
+
+    /// Reads the length of a recording whose end was never written down, and writes it down. `unplayable` tells when
+    /// nothing in it can be played.
+    void readLength(Block &block);
 
     /// The file was stopped but has not come to its end yet: it cannot be played.
     [[nodiscard]] bool isFinishing(const QString &fileName) const { return m_finishing.contains(fileName); }
@@ -63,10 +74,15 @@ Q_SIGNALS:
     void activeBlockIdChanged();
     void elapsedChanged();
     void fileFinished(const QString &fileName);
+    void mishapChanged(QUuid blockId);
+    void unplayable(const QString &fileName);
     void loudnessRead(const QString &fileName);
 
 private:
     void tick();
+    void finish(const QString &fileName, const QPointer<Block> &block, const NoteRecordings &before,
+                const std::optional<MediaFailure> &failure);
+    void setMishap(QUuid blockId, const RecordingMishap &mishap);
 
     Audio &m_audio;
     BlockStorage &m_storage;
@@ -77,11 +93,15 @@ private:
     /// The note may go while it is recorded.
     QPointer<Block> m_activeBlock;
     QString m_fileName;
+    /// What the note said of its recordings before this one.
+    NoteRecordings m_before;
     std::unique_ptr<AudioRecorder> m_recorder;
     ScheduledCall m_ticker;
     QString m_microphoneId;
     QSet<QString> m_finishing;
+    QHash<QUuid, QString> m_mishaps;
     QSet<QString> m_reading;
+    QSet<QString> m_measuring;
     QCache<QString, QList<float>> m_loudness;
 };
 

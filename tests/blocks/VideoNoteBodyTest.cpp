@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace tallowby::test {
 
@@ -92,7 +93,7 @@ TEST_F(VideoNoteBody, IsRecordedAndPlayedWithThePointer) {
     EXPECT_FALSE(body.isPlaying() || video.playback().isPlaying);
     body.togglePlay();
     EXPECT_EQ(video.playback().starts, 2) << "from the beginning each time";
-    video.playback().ended();
+    video.playback().ended({});
     EXPECT_FALSE(body.isPlaying());
     body.togglePlay();
     canvas.notifications.post(events::flipClosed);
@@ -137,17 +138,81 @@ TEST_F(VideoNoteBody, SaysWhatIsNotThereAndOpensNoOtherFile) {
     EXPECT_EQ(body.durationText(), QStringLiteral("1440:00"));
     EXPECT_EQ(video.playback().path, *MediaStorage::directory() + QStringLiteral("/FAR.mp4"));
 
+    note->setContent("{}");
     video.access = CameraAccess::denied;
     EXPECT_TRUE(body.activate());
-    body.startRecording();
     advance(0ms);
     EXPECT_EQ(body.phase(), Phase::denied);
-    video.access = CameraAccess::authorized;
-    body.startRecording();
-    advance(1s);
-    video.finish(QStringLiteral("the disk is full"));
+    EXPECT_FALSE(note->mediaFileName());
+}
+
+TEST_F(VideoNoteBody, TheOldFilmIsThereUntilTheNewOneIsGoodAndAfterwards) {
+    const BlockPtr note = addNote({});
+    VideoNoteBlockContent &body = bodyOf(note);
+    const auto film = [&] {
+        body.startRecording();
+        body.startRecording(); // A hasty hand.
+        advance(2s);
+        EXPECT_EQ(body.phase(), Phase::recording);
+    };
+    film();
+    video.finish();
     advance(0ms);
-    EXPECT_EQ(body.phase(), Phase::empty) << "it can be tried again";
+    const QByteArray first = note->content();
+
+    const auto isAsBefore = [&](const char *mishap) {
+        return note->content() == first && body.phase() == Phase::ready && body.mishap() == QString::fromUtf8(mishap);
+    };
+    film();
+    video.finishWithNothing({QStringLiteral("no room"), MediaFailure::Kind::diskFull});
+    advance(0ms);
+    EXPECT_TRUE(isAsBefore("Nothing was recorded: the disk is full."));
+    video.access = CameraAccess::denied;
+    body.startRecording();
+    advance(0ms);
+    EXPECT_TRUE(isAsBefore("Camera access denied. Enable in System Settings → Privacy → Camera."));
+    video.access = CameraAccess::authorized;
+    canvas.notifications.post(events::flipClosed);
+    advance(0ms);
+    body.startRecording();
+    advance(100ms);
+    canvas.notifications.post(events::flipClosed); // While the camera warms up.
+    advance(1s);
+    EXPECT_TRUE(isAsBefore(""));
+
+    film();
+    video.finish(MediaFailure{QStringLiteral("no room"), MediaFailure::Kind::diskFull});
+    advance(0ms);
+    EXPECT_EQ(body.phase(), Phase::ready);
+    EXPECT_EQ(body.mishap(), QStringLiteral("Stopped early: the disk is full."));
+    EXPECT_EQ(video.playback().path, video.session().films.last()) << "what was filmed before can be seen";
+    EXPECT_NEAR(note->mediaDuration(), 1.7, 0.2);
+    EXPECT_TRUE(body.hasPrevious());
+    canvas.click({250 + 12 + 60 + 20, 410 - 14}); // "Restore previous"
+    advance(0ms);
+    EXPECT_EQ(note->mediaFileName(), QFileInfo(video.playback().path).fileName());
+    EXPECT_EQ(video.playback().path, video.sessions.front()->films.first());
+    EXPECT_TRUE(body.mishap().isEmpty());
+}
+
+TEST_F(VideoNoteBody, AnInterruptedFilmGetsItsLengthFromTheFile) {
+    const BlockPtr note = addNote({});
+    VideoNoteBlockContent &body = bodyOf(note);
+    for (const QString &name : {QStringLiteral("CUT.mp4"), QStringLiteral("NOTHING.mp4")}) {
+        ASSERT_TRUE(QFile(*MediaStorage::directory() + u'/' + name).open(QFile::WriteOnly));
+    }
+    note->setContent(R"({"fileName":"CUT.mp4","duration":0})");
+    advance(0ms);
+    EXPECT_EQ(body.durationText(), QStringLiteral("0:03"));
+    EXPECT_EQ(note->mediaDuration(), 3);
+    EXPECT_TRUE(note->needsSync()) << "other devices learn of the film";
+    video.length.reset();
+    note->setContent(R"({"fileName":"NOTHING.mp4","previousFileName":"CUT.mp4","previousDuration":3})");
+    advance(0ms);
+    EXPECT_EQ(body.phase(), Phase::broken);
+    body.restorePrevious();
+    EXPECT_EQ(body.phase(), Phase::ready);
+    EXPECT_EQ(body.durationText(), QStringLiteral("0:03"));
 }
 
 TEST_F(VideoNoteBody, PicturesKeepTheirShape) {

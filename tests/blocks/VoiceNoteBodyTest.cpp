@@ -128,6 +128,24 @@ TEST_F(VoiceNoteBody, SaysWhatIsNotThereAndOpensNoOtherFile) {
     EXPECT_EQ(bodyOf(hostile).state(), State::ready) << "it can be tried again";
 }
 
+TEST_F(VoiceNoteBody, AnInterruptedRecordingGetsItsLengthFromTheFileOrIsSaidToBeBroken) {
+    const BlockPtr note = addNote({-120, -60}, {});
+    makeFile(QStringLiteral("CUT.m4a"));
+    makeFile(QStringLiteral("NOTHING.m4a"));
+    note->setContent(R"({"fileName":"CUT.m4a"})");
+    canvas.settle();
+    EXPECT_EQ(bodyOf(note).durationText(), QStringLiteral("0:03"));
+    EXPECT_TRUE(note->needsSync()) << "other devices learn of the recording";
+    audio.length.reset();
+    note->setContent(R"({"fileName":"NOTHING.m4a","previousFileName":"CUT.m4a","previousDuration":3})");
+    canvas.settle();
+    EXPECT_EQ(bodyOf(note).state(), State::broken);
+    ASSERT_TRUE(bodyOf(note).hasPrevious());
+    bodyOf(note).menuEntries().back().action();
+    EXPECT_EQ(bodyOf(note).state(), State::ready);
+    EXPECT_EQ(bodyOf(note).durationText(), QStringLiteral("0:03"));
+}
+
 TEST_F(VoiceNoteBody, TheMenuOffersEveryMicrophone) {
     audio.devices = {{QStringLiteral("desk"), QStringLiteral("On the desk")}};
     const BlockPtr note = addNote({-120, -60}, {});

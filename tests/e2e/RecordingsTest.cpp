@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace tallowby::test {
@@ -107,6 +108,21 @@ TEST_F(Recordings, AFilmIsSeenWhileItIsRecordedAndAfterARestart) {
     EXPECT_TRUE(eventually([&] { return isTestCardIn(card); }));
     pointer.click(card.center());
     EXPECT_FALSE(program().hasSaid(u"Playback failed"));
+
+    // A crash in the middle of another film costs nothing but its last second.
+    const QString first = payload()[u"fileName"].toString();
+    pointer.click({card.left() + 30, card.bottom() - 13}); // "Re-record"
+    ASSERT_TRUE(eventually([&] { return payload()[u"fileName"].toString() != first; }))
+        << "it is named while it is filmed";
+    ASSERT_TRUE(eventually([&] { return QFile(recording()).size() > 1'200'000; }));
+    program().send(SIGKILL);
+    EXPECT_EQ(program().exitCode(), -1);
+    startProgram();
+    openCanvas();
+    EXPECT_TRUE(eventually([&] { return isTestCardIn(card); }));
+    EXPECT_TRUE(eventually([this] { return payload()[u"duration"].toDouble() > 1; })) << "its length is in the file";
+    pointer.click({card.left() + 100, card.bottom() - 13}); // "Restore previous"
+    EXPECT_TRUE(eventually([&] { return payload()[u"fileName"].toString() == first; }));
 }
 
 } // namespace tallowby::test

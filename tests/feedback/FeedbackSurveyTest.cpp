@@ -197,10 +197,17 @@ TEST_F(Survey, TheRecorderTakesAnotherFileEachTimeAndLeavesNoneBehind) {
     EXPECT_EQ(lastLine(), QStringLiteral("[FeedbackVoiceRecorder] Record failed: there is no microphone"));
     audio.recordingError.clear();
     recorder.startRecording();
-    audio.recording().hasFailed = true; // It was unplugged.
+    audio.recording().failure = MediaFailure{QStringLiteral("unplugged"), MediaFailure::Kind::deviceFailed};
     scheduler.advance(FeedbackVoiceRecorder::kTick);
     EXPECT_FALSE(recorder.isRecording());
     EXPECT_TRUE(recorder.hasRecording());
+    audio.finish();
+    EXPECT_EQ(recorder.mishap(), QStringLiteral("Stopped early: the microphone does not respond."));
+    const auto kept = recorder.recordedFile();
+    recorder.startRecording();
+    recorder.stopRecording();
+    audio.finishWithNothing({QStringLiteral("no room"), MediaFailure::Kind::diskFull});
+    EXPECT_EQ(recorder.recordedFile(), kept) << "the old one is there until the new one is good";
     scheduler.advance(1s);
     EXPECT_EQ(scheduler.pendingCalls(), 0U);
 }

@@ -1,6 +1,7 @@
 #include "media/VideoRecorder.h"
 #include "media/VirtualSessionQueue.h"
 #include "support/FakeVideo.h"
+#include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -28,8 +29,10 @@ protected:
     void settle() { scheduler.advance(0ms); }
 
     TemporaryFolder folder;
+    LogCapture log;
     QString first = folder.file(QStringLiteral("first.mp4"));
     QString second = folder.file(QStringLiteral("second.mp4"));
+    QString third = folder.file(QStringLiteral("third.mp4"));
     VirtualScheduler scheduler;
     VirtualSessionQueue queue{scheduler};
     FakeVideo video;
@@ -66,10 +69,13 @@ TEST_F(VideoRecorderTest, WarmsTheCameraUpOnceAndKeepsItForTheNextFilm) {
     settle();
     EXPECT_EQ(video.session().films, (QStringList{first, second}));
     EXPECT_EQ(video.sessions.size(), 1U);
-    video.finish(QStringLiteral("the disk is full"));
+    video.finish(MediaFailure{QStringLiteral("no space left"), MediaFailure::Kind::diskFull});
     settle();
     EXPECT_THAT(states, ElementsAre(State::preparing, State::recording, State::ready, State::preparing,
                                     State::recording, State::idle));
+    ASSERT_TRUE(recorder->failure());
+    EXPECT_EQ(recorder->failure()->kind, MediaFailure::Kind::diskFull);
+    EXPECT_EQ(log.lines().last(), QStringLiteral("[VideoRecorder] Record failed: no space left"));
 }
 
 TEST_F(VideoRecorderTest, WithoutLeaveNoCameraIsOpened) {
@@ -121,13 +127,35 @@ TEST_F(VideoRecorderTest, TheCameraIsLetGoExactlyOnce) {
     scheduler.advance(5s);
     EXPECT_EQ(video.session().teardowns, 1);
 
-    record(first);
+    record(third);
     recorder->stopRecording();
     settle();
     video.finish();
     recorder->stopSession();
     settle();
     EXPECT_FALSE(video.session().isOpen) << "nothing is left to wait for";
+}
+
+TEST_F(VideoRecorderTest, AFilmThatHasNotBegunWhenTheViewGoesAwayIsCalledOff) {
+    recorder->startRecording(first);
+    scheduler.advance(100ms);
+    recorder->stopSession(); // While the camera warms up.
+    scheduler.advance(1s);
+    EXPECT_EQ(recorder->state(), State::idle);
+    EXPECT_FALSE(recorder->failure());
+    EXPECT_TRUE(video.session().films.isEmpty());
+    EXPECT_FALSE(video.session().isOpen);
+
+    video.access = CameraAccess::notDetermined;
+    video.asks = true;
+    recorder->startRecording(first);
+    settle();
+    recorder->stopSession(); // While the person is asked.
+    settle();
+    video.answer(true);
+    scheduler.advance(1s);
+    EXPECT_EQ(recorder->state(), State::idle);
+    EXPECT_EQ(video.sessions.size(), 1U) << "no camera films behind the desktop";
 }
 
 TEST_F(VideoRecorderTest, WorkThatWaitsDoesNothingForARecorderThatIsGone) {
@@ -145,7 +173,7 @@ TEST_F(VideoRecorderTest, WorkThatWaitsDoesNothingForARecorderThatIsGone) {
     EXPECT_EQ(video.sessions.size(), 1U);
 
     recorder = std::make_unique<VideoRecorder>(video, queue);
-    record(first);
+    record(third);
     recorder->stopSession();
     recorder.reset();
     settle();

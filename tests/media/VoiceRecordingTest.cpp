@@ -76,7 +76,7 @@ TEST_F(VoiceRecording, ASecondOneEndsTheFirstAndReRecordingTakesAnotherFile) {
     EXPECT_TRUE(service.isRecording(other->id()));
     audio.recording().time = 1;
     service.startRecording(*other);
-    EXPECT_EQ(other->mediaDuration(), 1);
+    EXPECT_EQ(NoteRecordings::of(*other).previous.duration, 1);
     EXPECT_EQ(audio.recordings.size(), 3U);
     EXPECT_NE(note->mediaFileName(), other->mediaFileName());
     EXPECT_EQ(note->mediaFileName(), firstFile);
@@ -109,10 +109,51 @@ TEST_F(VoiceRecording, AMicrophoneThatGoesEndsTheRecordingAndKeepsIt) {
     service.setMicrophoneId(QStringLiteral("second"));
     service.startRecording(*note);
     EXPECT_EQ(audio.recording().deviceId, QStringLiteral("second"));
-    audio.recording().hasFailed = true;
+    audio.recording().failure = MediaFailure{QStringLiteral("unplugged"), MediaFailure::Kind::deviceFailed};
     speakUntil(2, 0.1F);
     EXPECT_FALSE(service.activeBlockId());
     EXPECT_EQ(note->mediaDuration(), 2);
+    audio.finish();
+    EXPECT_EQ(service.mishap(note->id()), QStringLiteral("Stopped early: the microphone does not respond."));
+}
+
+TEST_F(VoiceRecording, TheOldRecordingIsThereUntilTheNewOneIsGoodAndAfterwards) {
+    const auto record = [&](double seconds) {
+        service.startRecording(*note);
+        const QString name = *note->mediaFileName();
+        audio.recording().time = seconds;
+        service.stopRecording();
+        return name;
+    };
+    const QString first = record(3);
+    audio.finish();
+    const QString second = record(5);
+    audio.finish();
+    const QByteArray settled = note->content();
+
+    const QString third = record(0);
+    EXPECT_EQ(note->mediaFileName(), third);
+    audio.finishWithNothing({QStringLiteral("no room"), MediaFailure::Kind::diskFull});
+    EXPECT_EQ(note->content(), settled) << "nothing came of it";
+    EXPECT_EQ(service.mishap(note->id()), QStringLiteral("Nothing was recorded: the disk is full."));
+    EXPECT_TRUE(log.lines().contains(QStringLiteral("[VoiceRecordingService] Record failed: no room")));
+
+    service.restorePrevious(*note);
+    EXPECT_EQ(note->mediaFileName(), first);
+    EXPECT_EQ(note->mediaDuration(), 3);
+    EXPECT_TRUE(note->needsSync());
+    EXPECT_TRUE(service.mishap(note->id()).isEmpty());
+    service.restorePrevious(*note);
+    EXPECT_EQ(note->mediaFileName(), second) << "and back again";
+    ASSERT_TRUE(QFile::remove(*MediaStorage::existingFile(first)));
+    service.restorePrevious(*note);
+    EXPECT_EQ(note->mediaFileName(), second) << "there is none to go back to";
+
+    service.startRecording(*note);
+    const QString last = *note->mediaFileName();
+    note->setContent(settled); // Another device has moved the note meanwhile.
+    service.stopRecording();
+    EXPECT_EQ(note->mediaFileName(), last);
 }
 
 TEST_F(VoiceRecording, OnlyBareNamesOfFilesInTheFolderAreOpened) {

@@ -1,4 +1,5 @@
 #include "platform/linux/gstreamer/GstAudio.h"
+#include "platform/FullDisk.h"
 #include "platform/LooseDevices.h"
 #include "platform/linux/gstreamer/Pipeline.h"
 #include "support/TemporaryFolder.h"
@@ -29,22 +30,42 @@ protected:
 
     /// Records for so many seconds; returns what the recorder said of its time.
     double record(const QString &path, double seconds, const QString &copyBeforeEnd = {}) {
-        auto [recorder, error] = audio.makeRecorder(path, {});
-        EXPECT_TRUE(recorder) << qPrintable(error);
+        auto [recorder, failure] = audio.makeRecorder(path, {});
+        EXPECT_TRUE(recorder) << qPrintable(failure.text);
         if (!recorder || !recorder->record()) {
             return 0;
         }
         EXPECT_TRUE(waitUntil([&] { return recorder->currentTime() >= seconds; }));
         EXPECT_GT(recorder->level(), 0.8);
-        EXPECT_FALSE(recorder->hasFailed());
+        EXPECT_FALSE(recorder->failure());
         if (!copyBeforeEnd.isEmpty()) {
             EXPECT_TRUE(QFile::copy(path, copyBeforeEnd));
         }
         const double time = recorder->currentTime();
-        bool isFinished = false;
-        recorder->stop([&isFinished] { isFinished = true; });
-        EXPECT_TRUE(waitUntil([&] { return isFinished; }));
+        EXPECT_FALSE(stop(*recorder)) << "all went well";
         return time;
+    }
+    /// Stops it and waits for the file.
+    [[nodiscard]] static std::optional<MediaFailure> stop(AudioRecorder &recorder) {
+        bool isFinished = false;
+        std::optional<MediaFailure> failure;
+        recorder.stop([&](const std::optional<MediaFailure> &told) {
+            failure = told;
+            isFinished = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return isFinished; }));
+        return failure;
+    }
+    /// What is to be heard in a recording, as the program finds out when nothing is written of it.
+    [[nodiscard]] std::optional<double> length(const QString &path) {
+        bool isRead = false;
+        std::optional<double> seconds;
+        audio.readLength(path, [&](const std::optional<double> &read) {
+            seconds = read;
+            isRead = true;
+        });
+        EXPECT_TRUE(waitUntil([&] { return isRead; }));
+        return seconds;
     }
     /// How often the sound of the file swings in a second.
     [[nodiscard]] double pitch(const QString &path) {
@@ -88,8 +109,8 @@ TEST_F(GstAudioTest, WhatIsRecordedIsInTheFileAndIsPlayed) {
     EXPECT_NEAR(pitch(path), 440, 4);
     EXPECT_EQ(QFile(path).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 
-    auto [player, error] = audio.makePlayer(path);
-    ASSERT_TRUE(player) << qPrintable(error);
+    auto [player, failure] = audio.makePlayer(path);
+    ASSERT_TRUE(player) << qPrintable(failure.text);
     EXPECT_NEAR(player->duration(), time, 0.4);
     EXPECT_FALSE(player->isPlaying());
     player->setCurrentTime(player->duration() - 0.5);
@@ -104,7 +125,50 @@ TEST_F(GstAudioTest, WhatIsRecordedIsInTheFileAndIsPlayed) {
     EXPECT_LT(player->currentTime(), player->duration() / 2) << "from the beginning again";
     player->pause();
 
-    EXPECT_GT(audio.makePlayer(crashed).made ? 1 : 0, 0) << "cut short, it is a recording still";
+    // Cut short, it is a recording still, and once it has been measured it can be sought.
+    EXPECT_NEAR(length(crashed).value_or(0), 2, 0.2);
+    auto rest = audio.makePlayer(crashed).made;
+    ASSERT_TRUE(rest);
+    EXPECT_NEAR(rest->duration(), 2, 0.2);
+    rest->setCurrentTime(1.5);
+    EXPECT_NEAR(rest->currentTime(), 1.5, 0.05);
+}
+
+TEST_F(GstAudioTest, ADiskThatTakesNoMoreEndsTheRecordingAndLeavesWhatIsThere) {
+    struct Case {
+        rlim_t room;
+        double seconds;
+    };
+    // The first takes the header only, the second a second or two.
+    for (const Case &disk : {Case{400, 0}, Case{20'000, 1.5}}) {
+        const QString path = folder.file(QString::number(disk.room));
+        auto recorder = audio.makeRecorder(path, {}).made;
+        ASSERT_TRUE(recorder && recorder->record());
+        {
+            const FullDisk full(disk.room);
+            ASSERT_TRUE(waitUntil([&] { return recorder->failure().has_value(); }));
+            const auto failure = stop(*recorder);
+            ASSERT_TRUE(failure);
+            EXPECT_EQ(failure->kind, MediaFailure::Kind::fileFailed) << qPrintable(failure->text);
+        }
+        EXPECT_EQ(QFile::exists(path), disk.seconds > 0) << "a file with nothing in it is of no use";
+        EXPECT_NEAR(length(path).value_or(0), disk.seconds, 0.8);
+    }
+}
+
+TEST_F(GstAudioTest, StopMeansStopHoweverBusyItIs) {
+    const QString path = folder.file(QStringLiteral("note.m4a"));
+    const double spoken = record(path, 1);
+    auto recorder = audio.makeRecorder(folder.file(QStringLiteral("next.m4a")), {}).made;
+    ASSERT_TRUE(recorder && recorder->record());
+    ASSERT_TRUE(waitUntil([&] { return recorder->currentTime() >= 1; }));
+    // What else there is to do must not stretch the recording.
+    for (int reading = 0; reading < 40; ++reading) {
+        audio.readLoudness(path, [](const QList<float> &) {});
+    }
+    const double time = recorder->currentTime();
+    EXPECT_FALSE(stop(*recorder));
+    EXPECT_NEAR(audio.makePlayer(folder.file(QStringLiteral("next.m4a"))).made->duration(), time, 0.4) << spoken;
 }
 
 TEST_F(GstAudioTest, LoudnessIsReadFromTheFile) {
@@ -124,34 +188,36 @@ TEST_F(GstAudioTest, LoudnessIsReadFromTheFile) {
     audio.readLoudness(text.fileName(), [&pieces](const QList<float> &read) { pieces = read; });
     ASSERT_TRUE(waitUntil([&] { return pieces.has_value(); }));
     EXPECT_TRUE(pieces->isEmpty());
-    const auto [player, error] = audio.makePlayer(text.fileName());
+    const auto [player, failure] = audio.makePlayer(text.fileName());
     EXPECT_FALSE(player);
-    EXPECT_FALSE(error.isEmpty());
+    EXPECT_FALSE(failure.text.isEmpty());
+    EXPECT_FALSE(length(text.fileName()));
 }
 
 TEST_F(GstAudioTest, WhatCannotBeRecordedSaysWhy) {
-    EXPECT_FALSE(audio.makeRecorder(folder.file(QStringLiteral("none/note.m4a")), {}).error.isEmpty());
+    EXPECT_FALSE(audio.makeRecorder(folder.file(QStringLiteral("none/note.m4a")), {}).failure.text.isEmpty());
     qputenv("TALLOWBY_AUDIO_SOURCE", "nosuchelement");
     const QString path = folder.file(QStringLiteral("note.m4a"));
-    EXPECT_FALSE(audio.makeRecorder(path, {}).error.isEmpty());
+    EXPECT_EQ(audio.makeRecorder(path, {}).failure.kind, MediaFailure::Kind::noDevice);
     EXPECT_FALSE(QFile::exists(path));
     // A recorder that is never started, nor stopped, ends by itself.
     qputenv("TALLOWBY_AUDIO_SOURCE", "audiotestsrc");
     EXPECT_TRUE(audio.makeRecorder(path, {}).made);
 }
 
-TEST_F(GstAudioTest, AMicrophoneThatIsUnpluggedLeavesWhatItHeard) {
+TEST_F(GstAudioTest, AMicrophoneThatGivesNoMoreLeavesWhatItHeard) {
     registerLooseDevices();
-    qputenv("TALLOWBY_AUDIO_SOURCE", "loosemicrophone");
-    const QString path = folder.file(QStringLiteral("note.m4a"));
-    auto [recorder, error] = audio.makeRecorder(path, {});
-    ASSERT_TRUE(recorder) << qPrintable(error);
-    ASSERT_TRUE(recorder->record());
-    ASSERT_TRUE(waitUntil([&] { return recorder->hasFailed(); }));
-    bool isFinished = false;
-    recorder->stop([&isFinished] { isFinished = true; });
-    ASSERT_TRUE(waitUntil([&] { return isFinished; }));
-    EXPECT_NEAR(pitch(path), 440, 15);
+    // Unplugged, and at an end of its own.
+    for (const char *microphone : {"loosemicrophone", "endingmicrophone"}) {
+        qputenv("TALLOWBY_AUDIO_SOURCE", microphone);
+        const QString path = folder.file(QLatin1StringView(microphone));
+        auto recorder = audio.makeRecorder(path, {}).made;
+        ASSERT_TRUE(recorder && recorder->record());
+        ASSERT_TRUE(waitUntil([&] { return recorder->failure().has_value(); }));
+        const auto failure = stop(*recorder);
+        EXPECT_TRUE(failure && failure->kind == MediaFailure::Kind::deviceFailed);
+        EXPECT_NEAR(pitch(path), 440, 15);
+    }
 }
 
 } // namespace tallowby::test

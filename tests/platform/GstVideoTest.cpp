@@ -1,4 +1,5 @@
 #include "platform/linux/gstreamer/GstVideo.h"
+#include "platform/FullDisk.h"
 #include "platform/LooseDevices.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
@@ -37,15 +38,18 @@ protected:
     /// Tells whether the film came to a good end.
     struct End {
         std::atomic<bool> isThere = false;
-        std::optional<QString> error;
+        std::optional<MediaFailure> failure;
         CaptureSession::Finished callback() {
-            return [this](std::optional<QString> told) {
-                error = std::move(told);
+            return [this](std::optional<MediaFailure> told) {
+                failure = std::move(told);
                 isThere = true;
             };
         }
         [[nodiscard]] bool isGood() {
-            return waitUntil([this] { return isThere.load(); }) && !error;
+            return waitUntil([this] { return isThere.load(); }) && !failure;
+        }
+        [[nodiscard]] bool isFailed(MediaFailure::Kind kind) {
+            return waitUntil([this] { return isThere.load(); }) && failure && failure->kind == kind;
         }
     };
     /// From the left, as a camera or a film shows them: white, yellow, cyan, green, magenta, red, blue.
@@ -72,7 +76,7 @@ protected:
         return file.open(QFile::ReadOnly) ? file.readAll().count("moof") : 0;
     }
     [[nodiscard]] bool isPlayable(const QString &path) {
-        const auto [player, error] = video.makePlayer(path);
+        const auto player = video.makePlayer(path).made;
         return player && shows(*player->frames());
     }
 
@@ -108,12 +112,16 @@ TEST_F(GstVideoTest, WhatTheCameraSeesIsShownRecordedAndPlayed) {
     EXPECT_TRUE(isPlayable(first));
     EXPECT_TRUE(isPlayable(second));
     EXPECT_TRUE(isPlayable(cut)) << "what a crash leaves behind";
+    std::optional<double> seconds;
+    video.readLength(cut, [&seconds](const std::optional<double> &read) { seconds = read.value_or(0); });
+    EXPECT_TRUE(waitUntil([&] { return seconds.has_value(); }));
+    EXPECT_GT(*seconds, 0.9);
 
-    auto [player, error] = video.makePlayer(first);
-    ASSERT_TRUE(player) << qPrintable(error);
+    auto [player, failure] = video.makePlayer(first);
+    ASSERT_TRUE(player) << qPrintable(failure.text);
     ASSERT_TRUE(shows(*player->frames())) << "before it is played";
     int ends = 0;
-    player->onEnd([&ends] { ++ends; });
+    player->onEnd([&ends](const auto &ended) { ends += ended ? 100 : 1; });
     for (int turn = 1; turn <= 2; ++turn) {
         player->playFromStart();
         EXPECT_TRUE(waitUntil([&] { return ends == turn; }));
@@ -139,18 +147,17 @@ TEST_F(GstVideoTest, WithoutDevicesThereIsSoundOnlyOrNothing) {
     session->startRunning();
     End end;
     session->startRecording(folder.file(QStringLiteral("nothing.mp4")), end.callback());
-    EXPECT_FALSE(end.isGood());
-    EXPECT_EQ(end.error, QStringLiteral("there is neither a camera nor a microphone"));
+    EXPECT_TRUE(end.isFailed(MediaFailure::Kind::noDevice));
     EXPECT_FALSE(QFile::exists(folder.file(QStringLiteral("nothing.mp4"))));
     EXPECT_FALSE(session->isRecording());
 
     QFile broken(folder.file(QStringLiteral("broken.mp4")));
     ASSERT_TRUE(broken.open(QFile::WriteOnly) && broken.write("no film") > 0);
     broken.close();
-    auto [player, error] = video.makePlayer(broken.fileName());
-    ASSERT_TRUE(player) << qPrintable(error);
+    const auto player = video.makePlayer(broken.fileName()).made;
+    ASSERT_TRUE(player);
     bool isOver = false;
-    player->onEnd([&isOver] { isOver = true; });
+    player->onEnd([&isOver](const auto &ended) { isOver = ended.has_value(); });
     EXPECT_TRUE(waitUntil([&] { return isOver; })) << "what cannot be played is over at once";
 }
 
@@ -166,12 +173,41 @@ TEST_F(GstVideoTest, ADeviceThatIsUnpluggedEndsTheFilmAndKeepsIt) {
             const auto session = video.makeSession({}, {});
             session->startRunning();
             session->startRecording(path, end.callback());
-            EXPECT_TRUE(end.isGood()) << loose;
+            EXPECT_TRUE(end.isFailed(MediaFailure::Kind::deviceFailed)) << loose;
             EXPECT_FALSE(session->isRecording());
         }
         qputenv(loose, whole);
         EXPECT_TRUE(isPlayable(path)) << loose;
     }
+}
+
+TEST_F(GstVideoTest, AFullDiskOrADeadEncoderEndsTheFilmAtOnceAndKeepsIt) {
+    const auto session = video.makeSession({}, {});
+    session->startRunning();
+    const auto film = [&](const QString &path, MediaFailure::Kind kind) {
+        End end;
+        session->startRecording(path, end.callback());
+        EXPECT_TRUE(end.isFailed(kind)) << qPrintable(path);
+        EXPECT_FALSE(session->isRecording()) << "nobody has stopped it";
+    };
+    const QString early = folder.file(QStringLiteral("early.mp4"));
+    const QString full = folder.file(QStringLiteral("full.mp4"));
+    const QString dead = folder.file(QStringLiteral("dead.mp4"));
+    {
+        const FullDisk disk(1'000);
+        film(early, MediaFailure::Kind::fileFailed);
+    }
+    EXPECT_FALSE(QFile::exists(early)) << "a file with nothing in it is of no use";
+    {
+        const FullDisk disk(900'000);
+        film(full, MediaFailure::Kind::fileFailed);
+    }
+    {
+        const DyingEncoder encoder;
+        film(dead, MediaFailure::Kind::encoderFailed);
+    }
+    EXPECT_TRUE(isPlayable(full));
+    EXPECT_TRUE(isPlayable(dead));
 }
 
 TEST_F(GstVideoTest, ManyRecordingsLeaveNoThreadAndNoFileBehind) {

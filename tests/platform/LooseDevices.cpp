@@ -1,5 +1,7 @@
 #include "platform/LooseDevices.h"
 
+#include <utility>
+
 #include <gst/gst.h>
 
 namespace tallowby::test {
@@ -18,6 +20,27 @@ void fill(GstBin *bin, const char *description) {
 void fillMicrophone(GTypeInstance *instance, gpointer) {
     // 1,024 samples each.
     fill(GST_BIN(instance), "audiotestsrc is-live=true ! identity error-after=50");
+}
+
+void fillEndingMicrophone(GTypeInstance *instance, gpointer) {
+    fill(GST_BIN(instance), "audiotestsrc is-live=true num-buffers=50");
+}
+
+/// The element in whose place the dying one is.
+GstElementFactory *wholeParser = nullptr;
+
+void fillDyingParser(GTypeInstance *instance, gpointer) {
+    GstElement *identity = gst_element_factory_make("identity", nullptr);
+    g_object_set(identity, "error-after", 40, nullptr);
+    GstElement *parser = gst_element_factory_create(wholeParser, nullptr);
+    gst_bin_add_many(GST_BIN(instance), identity, parser, nullptr);
+    gst_element_link(identity, parser);
+    const std::pair<GstElement *, const char *> ends[]{{identity, "sink"}, {parser, "src"}};
+    for (const auto &[element, name] : ends) {
+        GstPad *end = gst_element_get_static_pad(element, name);
+        gst_element_add_pad(GST_ELEMENT(instance), gst_ghost_pad_new(name, end));
+        gst_object_unref(end);
+    }
 }
 
 void fillCamera(GTypeInstance *instance, gpointer) {
@@ -39,9 +62,23 @@ void registerLooseDevices() {
         gst_init(nullptr, nullptr);
         registerBin("LooseMicrophone", "loosemicrophone", fillMicrophone);
         registerBin("LooseCamera", "loosecamera", fillCamera);
+        registerBin("EndingMicrophone", "endingmicrophone", fillEndingMicrophone);
         return true;
     }();
     static_cast<void>(isDone);
+}
+
+DyingEncoder::DyingEncoder() {
+    gst_init(nullptr, nullptr);
+    wholeParser = gst_element_factory_find("h264parse");
+    // Loaded, and so able to make one whatever its name stands for.
+    gst_object_unref(gst_object_ref_sink(gst_element_factory_create(wholeParser, nullptr)));
+    registerBin("DyingParser", "h264parse", fillDyingParser);
+}
+
+DyingEncoder::~DyingEncoder() {
+    gst_registry_add_feature(gst_registry_get(), GST_PLUGIN_FEATURE(wholeParser));
+    gst_object_unref(wholeParser);
 }
 
 } // namespace tallowby::test

@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QPointer>
 
-#include <map>
+#include <optional>
 #include <utility>
 
 namespace tallowby::test {
@@ -20,9 +20,9 @@ public:
         double time = 0;
         double level = 0;
         bool isRunning = false;
-        bool hasFailed = false;
+        std::optional<MediaFailure> failure = std::nullopt;
         /// Asked for when it was stopped.
-        std::function<void()> finished = nullptr;
+        AudioRecorder::Finished finished = nullptr;
     };
     struct Playback {
         QString path;
@@ -35,6 +35,8 @@ public:
     /// Why nothing can be recorded, or played; empty when it can.
     QString recordingError;
     QString playingError;
+    /// Seconds in a file that is measured; none when nothing in it can be played.
+    std::optional<double> length = 3;
     /// Of what is played.
     double duration = 10;
     QList<MediaDevice> devices;
@@ -45,24 +47,33 @@ public:
 
     [[nodiscard]] Recording &recording() { return *recordings.back(); }
     [[nodiscard]] Playback &playback() { return *playbacks.back(); }
-    /// The file of the last recording is whole.
-    void finish() { std::exchange(recording().finished, nullptr)(); }
+    /// The file of the last recording is whole, or as whole as it gets.
+    void finish(const std::optional<MediaFailure> &failure = std::nullopt) {
+        std::exchange(recording().finished, nullptr)(failure ? failure : recording().failure);
+    }
+    /// Nothing came of the last recording.
+    void finishWithNothing(const MediaFailure &failure) {
+        QFile::remove(recording().path);
+        finish(failure);
+    }
 
     void prepare() override {}
     [[nodiscard]] QList<MediaDevice> microphones() override { return devices; }
 
     [[nodiscard]] MediaResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override {
         if (!recordingError.isEmpty()) {
-            return {nullptr, recordingError};
+            return {nullptr, {recordingError, MediaFailure::Kind::noDevice}};
         }
-        static_cast<void>(QFile(path).open(QFile::WriteOnly));
+        if (!QFile(path).open(QFile::WriteOnly | QFile::NewOnly)) {
+            return {nullptr, {QStringLiteral("the file cannot be made"), MediaFailure::Kind::fileFailed}};
+        }
         recordings.push_back(std::make_shared<Recording>(Recording{.path = path, .deviceId = deviceId}));
         return {std::make_unique<Recorder>(recordings.back()), {}};
     }
 
     [[nodiscard]] MediaResult<AudioPlayer> makePlayer(const QString &path) override {
         if (!playingError.isEmpty()) {
-            return {nullptr, playingError};
+            return {nullptr, {playingError}};
         }
         playbacks.push_back(std::make_shared<Playback>(Playback{.path = path, .duration = duration}));
         return {std::make_unique<Player>(playbacks.back()), {}};
@@ -74,6 +85,12 @@ public:
             qApp, [this, done = std::move(done)] { done(pieces); }, Qt::QueuedConnection);
     }
 
+    void readLength(const QString &path, std::function<void(std::optional<double>)> done) override {
+        QMetaObject::invokeMethod(
+            qApp, [found = QFile::exists(path) ? length : std::nullopt, done = std::move(done)] { done(found); },
+            Qt::QueuedConnection);
+    }
+
 private:
     struct Recorder final : AudioRecorder {
         explicit Recorder(std::shared_ptr<Recording> recording)
@@ -82,8 +99,8 @@ private:
         bool record() override { return m_recording->isRunning = true; }
         [[nodiscard]] double currentTime() override { return m_recording->time; }
         [[nodiscard]] double level() override { return m_recording->level; }
-        [[nodiscard]] bool hasFailed() override { return m_recording->hasFailed; }
-        void stop(std::function<void()> finished) override {
+        [[nodiscard]] std::optional<MediaFailure> failure() override { return m_recording->failure; }
+        void stop(Finished finished) override {
             m_recording->isRunning = false;
             m_recording->finished = std::move(finished);
         }

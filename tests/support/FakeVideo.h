@@ -2,6 +2,7 @@
 
 #include "platform/desktop/Video.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <utility>
@@ -28,7 +29,7 @@ public:
         std::shared_ptr<VideoFrames> frames = VideoFrames::make();
         bool isPlaying = false;
         int starts = 0;
-        std::function<void()> ended = nullptr;
+        std::function<void(const std::optional<MediaFailure> &)> ended = nullptr;
     };
 
     CameraAccess access = CameraAccess::authorized;
@@ -37,19 +38,23 @@ public:
     std::function<void(bool)> answer;
     bool hasCamera = true;
     QString playingError;
+    /// Seconds in a file that is measured; none when nothing in it can be played.
+    std::optional<double> length = 3;
     QList<MediaDevice> devices;
     std::vector<std::shared_ptr<Session>> sessions;
     std::vector<std::shared_ptr<Playback>> playbacks;
 
     [[nodiscard]] Session &session() { return *sessions.back(); }
     [[nodiscard]] Playback &playback() { return *playbacks.back(); }
-    /// The system says that the film is at its end.
-    void finish(const std::optional<QString> &error = std::nullopt) {
+    /// The film is at its end: whole, or cut short by a failure.
+    void finish(const std::optional<MediaFailure> &failure = std::nullopt) {
         session().isRecording = false;
-        if (!error) {
-            static_cast<void>(QFile(session().films.last()).open(QFile::WriteOnly));
-        }
-        std::exchange(session().finished, nullptr)(error);
+        std::exchange(session().finished, nullptr)(failure);
+    }
+    /// Nothing came of the film.
+    void finishWithNothing(const MediaFailure &failure) {
+        QFile::remove(session().films.last());
+        finish(failure);
     }
 
     [[nodiscard]] CameraAccess cameraAccess() override { return access; }
@@ -67,10 +72,15 @@ public:
     }
     [[nodiscard]] MediaResult<MoviePlayer> makePlayer(const QString &path) override {
         if (!playingError.isEmpty()) {
-            return {nullptr, playingError};
+            return {nullptr, {playingError}};
         }
         playbacks.push_back(std::make_shared<Playback>(Playback{.path = path}));
         return {std::make_unique<Player>(playbacks.back()), {}};
+    }
+    void readLength(const QString &path, std::function<void(std::optional<double>)> done) override {
+        QMetaObject::invokeMethod(
+            qApp, [found = QFile::exists(path) ? length : std::nullopt, done = std::move(done)] { done(found); },
+            Qt::QueuedConnection);
     }
 
 private:
@@ -88,7 +98,11 @@ private:
         [[nodiscard]] bool hasCamera() const override { return m_hasCamera; }
         void startRecording(const QString &path, Finished finished) override {
             m_session->films << path;
-            m_session->isRecording = true;
+            m_session->isRecording = QFile(path).open(QFile::WriteOnly | QFile::NewOnly);
+            if (!m_session->isRecording) {
+                finished(MediaFailure{QStringLiteral("the file cannot be made"), MediaFailure::Kind::fileFailed});
+                return;
+            }
             m_session->finished = std::move(finished);
         }
         [[nodiscard]] bool isRecording() const override { return m_session->isRecording; }
@@ -106,7 +120,9 @@ private:
             m_playback->isPlaying = true;
         }
         void pause() override { m_playback->isPlaying = false; }
-        void onEnd(std::function<void()> ended) override { m_playback->ended = std::move(ended); }
+        void onEnd(std::function<void(const std::optional<MediaFailure> &)> ended) override {
+            m_playback->ended = std::move(ended);
+        }
         std::shared_ptr<Playback> m_playback;
     };
 };

@@ -11,6 +11,10 @@ VideoNoteBlockContent {
     readonly property bool isDenied: content.phase === VideoNoteBlockContent.Phase.denied
     readonly property bool isReady: content.phase === VideoNoteBlockContent.Phase.ready
     readonly property bool isMissing: content.phase === VideoNoteBlockContent.Phase.missing
+    readonly property bool isEmpty: content.phase === VideoNoteBlockContent.Phase.empty
+    readonly property bool isBroken: content.phase === VideoNoteBlockContent.Phase.broken
+    readonly property bool isNoticed: content.mishap !== ""
+    readonly property bool hasFilm: content.isPreparing || content.isRecording || content.isReady
     readonly property bool hasRoom: content.isLegible && content.width >= 160 && content.height >= 120
 
     CardGround {
@@ -70,7 +74,7 @@ VideoNoteBlockContent {
 
         anchors { left: parent.left; right: parent.right; top: symbol.bottom; margins: Theme.spaceCard; topMargin: Theme.spaceSmall }
         height: Math.max(0, content.height - y - 26)
-        visible: content.hasRoom && !content.isMissing && !content.isDenied && content.phase !== VideoNoteBlockContent.Phase.empty
+        visible: content.hasRoom && content.hasFilm
         color: Theme.pressWash
         clip: true
 
@@ -117,33 +121,69 @@ VideoNoteBlockContent {
         HoverHandler {
             id: pointer
         }
+
+        Rectangle {
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+            height: notice.height + Theme.spaceSmall
+            visible: content.isReady && content.isNoticed
+            color: Theme.surface
+            opacity: 0.9
+        }
+
+        Text {
+            id: notice
+
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom; bottomMargin: Theme.spaceSmall / 2; leftMargin: Theme.spaceSmall; rightMargin: Theme.spaceSmall }
+            visible: content.isReady && content.isNoticed
+            color: Theme.danger
+            font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
+            text: content.mishap
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+        }
     }
 
     Text {
-        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: Theme.spaceCard }
-        visible: content.hasRoom && (content.isMissing || content.isDenied)
-        color: content.isDenied ? Theme.danger : Theme.inkSoft
+        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; verticalCenterOffset: content.isEmpty ? -Theme.spaceCard * 3 : 0; margins: Theme.spaceCard }
+        visible: content.hasRoom && !content.hasFilm && (!content.isEmpty || content.isNoticed)
+        color: content.isDenied || content.isNoticed ? Theme.danger : Theme.inkSoft
         font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
         horizontalAlignment: Text.AlignHCenter
-        text: content.isDenied ? qsTr("Camera access denied. Enable in System Settings → Privacy → Camera.") : qsTr("This recording is not on this device.")
+        text: content.isDenied ? qsTr("Camera access denied. Enable in System Settings → Privacy → Camera.") : content.isNoticed ? content.mishap : content.isBroken ? qsTr("This recording cannot be played.") : qsTr("This recording is not on this device.")
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
     }
 
     RecordingButton {
-        anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: content.isMissing || content.isDenied ? Theme.spaceCard : (parent.height - height - symbol.height) / 2 }
-        visible: content.hasRoom && (content.isMissing || content.isDenied || content.phase === VideoNoteBlockContent.Phase.empty)
+        anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: content.isEmpty ? (parent.height - height - symbol.height) / 2 : Theme.spaceCard }
+        visible: content.hasRoom && !content.hasFilm
         detail: content.detail
         symbol: "video.fill"
-        text: content.isMissing ? qsTr("Re-record") : qsTr("Tap to Record")
+        text: content.isMissing || content.isBroken ? qsTr("Re-record") : qsTr("Tap to Record")
         onClicked: content.startRecording()
     }
 
     RecordingLink {
+        id: recordAgain
+
         anchors { left: parent.left; leftMargin: Theme.spaceCard; bottom: parent.bottom; bottomMargin: 6 }
         visible: content.hasRoom && content.isReady
         text: qsTr("Re-record")
         onClicked: content.startRecording()
+    }
+
+    RecordingLink {
+        anchors { left: recordAgain.right; leftMargin: Theme.spaceCard; bottom: recordAgain.bottom }
+        visible: content.hasRoom && content.hasPrevious && content.isReady
+        text: qsTr("Restore previous")
+        onClicked: content.restorePrevious()
+    }
+
+    RecordingLink {
+        anchors { right: parent.right; rightMargin: Theme.spaceCard; verticalCenter: symbol.verticalCenter }
+        visible: content.hasRoom && content.hasPrevious && !content.hasFilm
+        text: qsTr("Restore previous")
+        onClicked: content.restorePrevious()
     }
 
     TabularText {

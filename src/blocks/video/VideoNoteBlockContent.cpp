@@ -18,7 +18,7 @@ namespace tallowby {
 namespace {
 
 /// A record from elsewhere may claim any duration; no film is longer than a day.
-constexpr double kLongest = 86'400;
+constexpr double kMaxDuration = 86'400;
 
 } // namespace
 
@@ -27,8 +27,13 @@ VideoNoteBlockContent::VideoNoteBlockContent(QQuickItem *parent)
     , m_service(VideoRecordingService::shared()) {}
 
 VideoNoteBlockContent::~VideoNoteBlockContent() {
-    if (m_recorded && m_recorder && m_recorder->state() == VideoRecorder::State::recording) {
-        keepDuration();
+    if (!m_recorded || !m_recorder) {
+        return;
+    }
+    if (!m_isStarting && m_recorder->state() == VideoRecorder::State::recording) {
+        keepFilm();
+    } else if (m_isStarting || m_recorder->state() == VideoRecorder::State::preparing) {
+        giveBack();
     }
 }
 
@@ -53,19 +58,36 @@ VideoNoteBlockContent::Phase VideoNoteBlockContent::phase() const {
     if (state == VideoRecorder::State::recording) {
         return Phase::recording;
     }
-    if (state == VideoRecorder::State::permissionDenied) {
-        return Phase::denied;
+    if (!m_brokenFile.isEmpty()) {
+        return Phase::broken;
     }
+    // A note that has a film keeps showing it, whatever became of a newer one.
     if (m_player) {
         return Phase::ready;
     }
-    return block()->mediaFileName() && !m_hasFailed ? Phase::missing : Phase::empty;
+    if (state == VideoRecorder::State::permissionDenied) {
+        return Phase::denied;
+    }
+    return block()->mediaFileName() ? Phase::missing : Phase::empty;
+}
+
+bool VideoNoteBlockContent::isRecording() const {
+    const Phase now = phase();
+    return now == Phase::preparing || now == Phase::recording;
+}
+
+QString VideoNoteBlockContent::mishap() const {
+    return isRecording() || phase() == Phase::denied ? QString() : m_mishap;
+}
+
+bool VideoNoteBlockContent::hasPrevious() const {
+    return m_service && !isRecording() && NoteRecordings::of(*block()).hasPrevious();
 }
 
 QString VideoNoteBlockContent::durationText() const {
     const double stored = block()->mediaDuration();
     return formatDuration(phase() == Phase::recording ? m_recordDuration
-                          : std::isfinite(stored)     ? std::clamp(stored, 0.0, kLongest)
+                          : std::isfinite(stored)     ? std::clamp(stored, 0.0, kMaxDuration)
                                                       : 0);
 }
 
@@ -79,12 +101,16 @@ QObject *VideoNoteBlockContent::frames() const {
     case Phase::preparing:
     case Phase::denied:
     case Phase::missing:
+    case Phase::broken:
         break;
     }
     return nullptr;
 }
 
 QString VideoNoteBlockContent::spokenText() const {
+    if (const QString said = mishap(); !said.isEmpty()) {
+        return said;
+    }
     switch (phase()) {
     case Phase::preparing:
         return tr("starting the camera");
@@ -96,6 +122,8 @@ QString VideoNoteBlockContent::spokenText() const {
         return durationText();
     case Phase::missing:
         return tr("the recording is not on this device");
+    case Phase::broken:
+        return tr("the recording cannot be played");
     case Phase::empty:
         break;
     }
@@ -104,17 +132,23 @@ QString VideoNoteBlockContent::spokenText() const {
 
 void VideoNoteBlockContent::startRecording() {
     const std::optional<QString> folder = MediaStorage::directory();
-    if (!m_recorder || !folder) {
+    if (!m_recorder || !folder || m_isStarting || isRecording()) {
         return;
     }
+    m_isStarting = true;
     m_ticker.cancel();
     m_recordDuration = 0;
     m_player.reset();
     m_isPlaying = false;
-    const QString fileName = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper() + QStringLiteral(".mp4");
-    block()->setMediaFileName(fileName);
+    m_brokenFile.clear();
+    m_mishap.clear();
+    m_fileName = newRecordingName(QStringLiteral(".mp4"));
+    m_before = NoteRecordings::of(*block());
+    m_before.replacedBy({m_fileName}).writeTo(*block());
+    // Should the program not come to the end of the film, the note still knows its file.
+    m_service->storage().save();
     m_recorder->setDevices(m_service->cameraId(), {});
-    m_recorder->startRecording(*folder + u'/' + fileName);
+    m_recorder->startRecording(*folder + u'/' + m_fileName);
 }
 
 void VideoNoteBlockContent::stopRecording() {
@@ -123,12 +157,21 @@ void VideoNoteBlockContent::stopRecording() {
     }
 }
 
+void VideoNoteBlockContent::restorePrevious() {
+    const NoteRecordings recordings = NoteRecordings::of(*block());
+    if (m_service && !isRecording() && recordings.hasPrevious()) {
+        m_mishap.clear();
+        recordings.swapped().writeTo(*block());
+        handOnRecording(*block(), m_service->scheduler(), m_service->storage());
+    }
+}
+
 void VideoNoteBlockContent::handleStateChange() {
+    m_isStarting = false;
     switch (m_recorder->state()) {
     case VideoRecorder::State::ready:
         m_ticker.cancel();
-        makePlayer(m_recorder->url());
-        keepDuration();
+        keepFilm();
         break;
     case VideoRecorder::State::recording:
         m_recordDuration = 0;
@@ -143,41 +186,95 @@ void VideoNoteBlockContent::handleStateChange() {
         break;
     case VideoRecorder::State::idle:
         m_ticker.cancel();
-        m_hasFailed = true;
+        endEarly();
         break;
     case VideoRecorder::State::permissionDenied:
+        m_ticker.cancel();
+        m_mishap = tr("Camera access denied. Enable in System Settings → Privacy → Camera.");
+        giveBack();
+        break;
     case VideoRecorder::State::preparing:
         m_ticker.cancel();
-        m_hasFailed = false;
         break;
     }
-    Q_EMIT phaseChanged();
-    Q_EMIT durationChanged();
+    loadIfReady();
 }
 
-void VideoNoteBlockContent::keepDuration() {
-    block()->setMediaDuration(m_recordDuration);
-    block()->setUpdatedAt(Timestamp::from(m_service->scheduler().now()));
-    block()->setNeedsSync(true);
-    m_service->storage().save();
+void VideoNoteBlockContent::endEarly() {
+    const bool isKept = MediaStorage::existingFile(m_fileName).has_value();
+    if (const std::optional<MediaFailure> &failure = m_recorder->failure()) {
+        m_mishap = RecordingMishap{RecordingMishap::Medium::film, *failure, isKept}.text();
+    }
+    if (isKept) {
+        keepFilm();
+    } else {
+        giveBack();
+    }
+}
+
+void VideoNoteBlockContent::keepFilm() {
+    // The name as well: the note may have been replaced by another device's meanwhile.
+    m_before.replacedBy({m_fileName, m_recordDuration}).writeTo(*m_recorded);
+    handOnRecording(*m_recorded, m_service->scheduler(), m_service->storage());
+}
+
+void VideoNoteBlockContent::giveBack() {
+    if (m_recorded->mediaFileName() == m_fileName) {
+        m_before.writeTo(*m_recorded);
+        handOnRecording(*m_recorded, m_service->scheduler(), m_service->storage());
+    }
 }
 
 void VideoNoteBlockContent::loadIfReady() {
-    const VideoRecorder::State state = m_recorder ? m_recorder->state() : VideoRecorder::State::idle;
-    if (state == VideoRecorder::State::preparing || state == VideoRecorder::State::recording) {
+    if (m_isStarting) {
         return;
     }
-    const std::optional<QString> name = block()->mediaFileName();
-    const std::optional<QString> path = name ? MediaStorage::existingFile(*name) : std::nullopt;
+    if (isRecording()) {
+        Q_EMIT phaseChanged();
+        Q_EMIT durationChanged();
+        return;
+    }
+    const QString name = block()->mediaFileName().value_or(QString());
+    const std::optional<QString> path = MediaStorage::existingFile(name);
     if (!path) {
         m_player.reset();
         m_isPlaying = false;
         m_playerFile.clear();
-    } else if (*path != m_playerFile || !m_player) {
+        m_brokenFile.clear();
+    } else if (*path != m_playerFile || (!m_player && m_brokenFile != name)) {
+        m_brokenFile.clear();
         makePlayer(*path);
+        if (block()->mediaDuration() == 0) {
+            readLength(name, *path);
+        }
     }
     Q_EMIT phaseChanged();
     Q_EMIT durationChanged();
+}
+
+void VideoNoteBlockContent::readLength(const QString &fileName, const QString &path) {
+    if (!m_service || m_measuredFile == fileName) {
+        return;
+    }
+    m_measuredFile = fileName;
+    m_service->video().readLength(path, [body = QPointer(this), fileName](const std::optional<double> &seconds) {
+        if (!body) {
+            return;
+        }
+        body->m_measuredFile.clear();
+        if (body->isRecording() || body->block()->mediaFileName() != fileName) {
+            return;
+        }
+        if (seconds) {
+            body->block()->setMediaDuration(*seconds);
+            handOnRecording(*body->block(), body->m_service->scheduler(), body->m_service->storage());
+        } else {
+            body->m_player.reset();
+            body->m_isPlaying = false;
+            body->m_brokenFile = fileName;
+            Q_EMIT body->phaseChanged();
+        }
+    });
 }
 
 void VideoNoteBlockContent::makePlayer(const QString &path) {
@@ -186,17 +283,25 @@ void VideoNoteBlockContent::makePlayer(const QString &path) {
     if (!m_service) {
         return;
     }
-    auto [player, error] = m_service->video().makePlayer(path);
+    auto [player, failure] = m_service->video().makePlayer(path);
     if (!player) {
-        logLine(QString(u"[VideoNote] Playback failed: " + error));
+        logLine(QString(u"[VideoNote] Playback failed: " + failure.text));
         return;
     }
     m_player = std::move(player);
     m_playerFile = path;
-    m_player->onEnd([this] {
-        m_isPlaying = false;
-        Q_EMIT phaseChanged();
-    });
+    m_player->onEnd([this](const std::optional<MediaFailure> &ended) { handlePlayerEnd(ended); });
+}
+
+void VideoNoteBlockContent::handlePlayerEnd(const std::optional<MediaFailure> &failure) {
+    m_isPlaying = false;
+    if (failure) {
+        logLine(QString(u"[VideoNote] Playback failed: " + failure->text));
+        if (m_player->frames()->newest().isNull()) {
+            m_brokenFile = block()->mediaFileName().value_or(QString());
+        }
+    }
+    Q_EMIT phaseChanged();
 }
 
 void VideoNoteBlockContent::cleanup() {
@@ -215,6 +320,7 @@ void VideoNoteBlockContent::togglePlay() {
     if (!m_player) {
         return;
     }
+    m_mishap.clear();
     m_isPlaying = !m_isPlaying;
     if (m_isPlaying) {
         m_player->playFromStart();
@@ -237,6 +343,7 @@ bool VideoNoteBlockContent::activate() {
     case Phase::empty:
     case Phase::denied:
     case Phase::missing:
+    case Phase::broken:
         startRecording();
         return true;
     }
@@ -260,7 +367,18 @@ std::vector<MenuEntry> VideoNoteBlockContent::menuEntries() {
     for (const MediaDevice &camera : m_service->video().cameras()) {
         cameras.push_back(choose(camera.name, camera.id));
     }
-    return {{.text = tr("Camera"), .symbol = QStringLiteral("video"), .children = std::move(cameras)}};
+    std::vector<MenuEntry> entries{
+        {.text = tr("Camera"), .symbol = QStringLiteral("video"), .children = std::move(cameras)}};
+    if (hasPrevious()) {
+        entries.push_back({.text = tr("Restore Previous Recording"),
+                           .symbol = QStringLiteral("arrow.uturn.backward"),
+                           .action = [body = QPointer(this)] {
+                               if (body) {
+                                   body->restorePrevious();
+                               }
+                           }});
+    }
+    return entries;
 }
 
 } // namespace tallowby

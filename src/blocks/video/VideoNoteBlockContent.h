@@ -1,6 +1,7 @@
 #pragma once
 
 #include "canvas/container/BlockBody.h"
+#include "media/NoteRecordings.h"
 #include "media/VideoRecorder.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Scheduler.h"
@@ -23,6 +24,10 @@ class VideoNoteBlockContent : public tallowby::BlockBody {
     Q_PROPERTY(QObject *frames READ frames NOTIFY phaseChanged)
     /// Whether a recording has pictures.
     Q_PROPERTY(bool hasCamera READ hasCamera NOTIFY phaseChanged)
+    /// Why the last recording came to nothing or ended early; empty for nothing to be said.
+    Q_PROPERTY(QString mishap READ mishap NOTIFY phaseChanged)
+    /// There is a film before this one, to which the person can go back.
+    Q_PROPERTY(bool hasPrevious READ hasPrevious NOTIFY phaseChanged)
 
 public:
     /// What the card shows.
@@ -34,6 +39,8 @@ public:
         ready,
         /// The note names a file that is not in the media folder.
         missing,
+        /// Nothing in the file can be played.
+        broken,
     };
     Q_ENUM(Phase)
 
@@ -47,9 +54,13 @@ public:
     [[nodiscard]] bool isPlaying() const { return m_isPlaying; }
     [[nodiscard]] QObject *frames() const;
     [[nodiscard]] bool hasCamera() const { return m_recorder && m_recorder->hasCamera(); }
+    [[nodiscard]] QString mishap() const;
+    [[nodiscard]] bool hasPrevious() const;
 
     Q_INVOKABLE void startRecording();
     Q_INVOKABLE void stopRecording();
+    /// Goes back to the film before; once more, and the newer one is there again.
+    Q_INVOKABLE void restorePrevious();
     Q_INVOKABLE void togglePlay();
 
     [[nodiscard]] bool takesPointerAtRest() const override { return true; }
@@ -66,8 +77,15 @@ protected:
 
 private:
     void handleStateChange();
-    void keepDuration();
+    [[nodiscard]] bool isRecording() const;
+    /// The film is the note's from now on.
+    void keepFilm();
+    /// The film came to nothing: the note has what it had before.
+    void giveBack();
+    void endEarly();
     void loadIfReady();
+    void readLength(const QString &fileName, const QString &path);
+    void handlePlayerEnd(const std::optional<MediaFailure> &failure);
     void makePlayer(const QString &path);
     void cleanup();
 
@@ -79,8 +97,16 @@ private:
     /// Of the file that the player has.
     QString m_playerFile;
     bool m_isPlaying = false;
-    /// The last recording came to nothing.
-    bool m_hasFailed = false;
+    /// From the request until the recorder answers.
+    bool m_isStarting = false;
+    QString m_mishap;
+    /// The file of which nothing can be played.
+    QString m_brokenFile;
+    /// The file that is being measured.
+    QString m_measuredFile;
+    /// What is being filmed, and what the note said of its films before.
+    QString m_fileName;
+    NoteRecordings m_before;
     /// Seconds, counted in ticks.
     double m_recordDuration = 0;
     ScheduledCall m_ticker;

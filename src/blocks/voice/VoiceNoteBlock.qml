@@ -8,6 +8,9 @@ VoiceNoteBlockContent {
 
     readonly property bool isRecording: content.state === VoiceNoteBlockContent.State.recording
     readonly property bool isReady: content.state === VoiceNoteBlockContent.State.ready
+    readonly property bool isMissing: content.state === VoiceNoteBlockContent.State.missing
+    readonly property bool isBroken: content.state === VoiceNoteBlockContent.State.broken
+    readonly property bool isNoticed: content.mishap !== ""
     readonly property bool hasRoom: content.isLegible && content.width >= 160 && content.height >= 84
 
     CardGround {
@@ -56,7 +59,7 @@ VoiceNoteBlockContent {
 
         anchors { left: parent.left; right: parent.right; top: symbol.bottom; margins: Theme.spaceCard; topMargin: Theme.spaceSmall }
         height: Math.max(0, Math.min(64, content.height - y - (content.isReady ? 56 : 52)))
-        visible: content.hasRoom && (content.isRecording || content.isReady) && height >= 8
+        visible: content.hasRoom && (content.isRecording || content.isReady && !content.isNoticed) && height >= 8
         isLive: content.isRecording
         loudness: content.loudness
         progress: content.isReady ? content.progress : 0
@@ -71,23 +74,35 @@ VoiceNoteBlockContent {
     }
 
     Text {
-        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: Theme.spaceCard }
-        visible: content.hasRoom && content.state === VoiceNoteBlockContent.State.missing
-        color: Theme.inkSoft
+        anchors { left: parent.left; right: parent.right; top: symbol.bottom; bottom: content.isReady ? player.top : button.top; leftMargin: Theme.spaceCard; rightMargin: Theme.spaceCard }
+        visible: content.hasRoom && (content.isMissing || content.isBroken || content.isNoticed)
+        color: content.isNoticed ? Theme.danger : Theme.inkSoft
+        elide: Text.ElideRight
         font { family: Theme.uiFamily; pixelSize: Theme.captionSize }
-        text: qsTr("This recording is not on this device.")
+        maximumLineCount: 2
+        text: content.isNoticed ? content.mishap : content.isBroken ? qsTr("This recording cannot be played.") : qsTr("This recording is not on this device.")
         textFormat: Text.PlainText
+        verticalAlignment: Text.AlignVCenter
         wrapMode: Text.Wrap
     }
 
     RecordingButton {
+        id: button
+
         anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: Theme.spaceCard }
         visible: content.hasRoom && !content.isReady
         detail: content.detail
         isStrong: content.isRecording
         symbol: content.isRecording ? "stop.fill" : "mic.circle.fill"
-        text: content.isRecording ? qsTr("Stop Recording") : content.state === VoiceNoteBlockContent.State.missing ? qsTr("Re-record") : qsTr("Tap to Record")
+        text: content.isRecording ? qsTr("Stop Recording") : content.isMissing || content.isBroken ? qsTr("Re-record") : qsTr("Tap to Record")
         onClicked: content.activate()
+    }
+
+    RecordingLink {
+        anchors { right: parent.right; rightMargin: Theme.spaceCard; top: symbol.top; bottom: symbol.bottom }
+        visible: content.hasRoom && content.hasPrevious && !content.isReady
+        text: qsTr("Restore previous")
+        onClicked: content.restorePrevious()
     }
 
     Item {
@@ -139,9 +154,18 @@ VoiceNoteBlockContent {
         }
 
         RecordingLink {
+            id: recordAgain
+
             anchors { left: parent.left; bottom: parent.bottom }
             text: qsTr("Re-record")
             onClicked: content.record()
+        }
+
+        RecordingLink {
+            anchors { left: recordAgain.right; leftMargin: Theme.spaceCard; bottom: parent.bottom }
+            visible: content.hasPrevious
+            text: qsTr("Restore previous")
+            onClicked: content.restorePrevious()
         }
 
         RecordingLink {

@@ -2,6 +2,7 @@
 
 #include "canvas/view/InfiniteCanvasView.h"
 #include "media/DurationText.h"
+#include "media/NoteRecordings.h"
 #include "media/VoiceRecordingService.h"
 #include "platform/AppEvents.h"
 #include "platform/Log.h"
@@ -54,8 +55,18 @@ void VoiceNoteBlockContent::componentComplete() {
         });
         connect(m_service, &VoiceRecordingService::fileFinished, this, [this](const QString &fileName) {
             if (fileName == block()->mediaFileName()) {
+                loadIfReady();
+            }
+        });
+        connect(m_service, &VoiceRecordingService::mishapChanged, this, [this](QUuid blockId) {
+            if (blockId == block()->id()) {
                 Q_EMIT stateChanged();
-                Q_EMIT loudnessChanged();
+            }
+        });
+        connect(m_service, &VoiceRecordingService::unplayable, this, [this](const QString &fileName) {
+            if (fileName == block()->mediaFileName()) {
+                m_brokenFile = fileName;
+                loadIfReady();
             }
         });
         connect(m_service, &VoiceRecordingService::loudnessRead, this, [this](const QString &fileName) {
@@ -72,10 +83,14 @@ VoiceNoteBlockContent::State VoiceNoteBlockContent::state() const {
     if (m_service && m_service->isRecording(block()->id())) {
         return State::recording;
     }
-    if (!block()->mediaFileName()) {
+    const std::optional<QString> name = block()->mediaFileName();
+    if (!name) {
         return State::empty;
     }
-    return VoiceRecordingService::existingFile(*block()) ? State::ready : State::missing;
+    if (!VoiceRecordingService::existingFile(*block())) {
+        return State::missing;
+    }
+    return *name == m_brokenFile ? State::broken : State::ready;
 }
 
 QString VoiceNoteBlockContent::elapsedText() const {
@@ -98,6 +113,7 @@ QList<float> VoiceNoteBlockContent::loudness() const {
         return m_service ? m_service->loudness(*block()->mediaFileName()) : QList<float>();
     case State::empty:
     case State::missing:
+    case State::broken:
         break;
     }
     return {};
@@ -107,7 +123,18 @@ QString VoiceNoteBlockContent::rateText() const {
     return QString::fromUtf8(kRates[std::size_t(m_rate)].text);
 }
 
+QString VoiceNoteBlockContent::mishap() const {
+    return m_service && state() != State::recording ? m_service->mishap(block()->id()) : QString();
+}
+
+bool VoiceNoteBlockContent::hasPrevious() const {
+    return m_service && state() != State::recording && NoteRecordings::of(*block()).hasPrevious();
+}
+
 QString VoiceNoteBlockContent::spokenText() const {
+    if (const QString said = mishap(); !said.isEmpty()) {
+        return said;
+    }
     switch (state()) {
     case State::recording:
         return tr("recording");
@@ -115,6 +142,8 @@ QString VoiceNoteBlockContent::spokenText() const {
         return durationText();
     case State::missing:
         return tr("the recording is not on this device");
+    case State::broken:
+        return tr("the recording cannot be played");
     case State::empty:
         break;
     }
@@ -123,6 +152,9 @@ QString VoiceNoteBlockContent::spokenText() const {
 
 void VoiceNoteBlockContent::loadIfReady() {
     m_readyDuration = state() == State::ready ? bounded(block()->mediaDuration()) : 0;
+    if (state() == State::ready && m_readyDuration == 0 && m_service) {
+        m_service->readLength(*block());
+    }
     Q_EMIT stateChanged();
     Q_EMIT loudnessChanged();
 }
@@ -140,7 +172,16 @@ void VoiceNoteBlockContent::stop() {
     }
 }
 
+void VoiceNoteBlockContent::restorePrevious() {
+    if (m_service) {
+        m_service->restorePrevious(*block());
+    }
+}
+
 void VoiceNoteBlockContent::togglePlay() {
+    if (m_service) {
+        m_service->clearMishap(block()->id());
+    }
     if (!m_player) {
         static_cast<void>(startPlayback());
         return;
@@ -161,10 +202,10 @@ bool VoiceNoteBlockContent::startPlayback() {
         return false;
     }
     const std::optional<QString> path = VoiceRecordingService::existingFile(*block());
-    auto [player, error] =
-        path ? m_service->audio().makePlayer(*path) : MediaResult<AudioPlayer>{nullptr, QStringLiteral("no such file")};
+    auto [player, failure] = path ? m_service->audio().makePlayer(*path)
+                                  : MediaResult<AudioPlayer>{nullptr, {QStringLiteral("no such file")}};
     if (!player) {
-        logLine(QString(u"[VoiceNote] Playback failed: " + error));
+        logLine(QString(u"[VoiceNote] Playback failed: " + failure.text));
         Q_EMIT stateChanged();
         return false;
     }
@@ -227,6 +268,7 @@ bool VoiceNoteBlockContent::activate() {
         return true;
     case State::empty:
     case State::missing:
+    case State::broken:
         record();
         return true;
     }
@@ -251,7 +293,18 @@ std::vector<MenuEntry> VoiceNoteBlockContent::menuEntries() {
     for (const MediaDevice &microphone : m_service->microphones()) {
         microphones.push_back(choose(microphone.name, microphone.id));
     }
-    return {{.text = tr("Microphone"), .symbol = QStringLiteral("mic"), .children = std::move(microphones)}};
+    std::vector<MenuEntry> entries{
+        {.text = tr("Microphone"), .symbol = QStringLiteral("mic"), .children = std::move(microphones)}};
+    if (hasPrevious()) {
+        entries.push_back({.text = tr("Restore Previous Recording"),
+                           .symbol = QStringLiteral("arrow.uturn.backward"),
+                           .action = [body = QPointer(this)] {
+                               if (body) {
+                                   body->restorePrevious();
+                               }
+                           }});
+    }
+    return entries;
 }
 
 } // namespace tallowby

@@ -24,6 +24,10 @@ class VoiceNoteBlockContent : public tallowby::BlockBody {
     /// How loud the note is, piece by piece, from 0 to 1; while it is recorded, the last pieces.
     Q_PROPERTY(QList<float> loudness READ loudness NOTIFY loudnessChanged)
     Q_PROPERTY(QString rateText READ rateText NOTIFY rateChanged)
+    /// Why the last recording came to nothing or ended early; empty for nothing to be said.
+    Q_PROPERTY(QString mishap READ mishap NOTIFY stateChanged)
+    /// There is a recording before this one, to which the person can go back.
+    Q_PROPERTY(bool hasPrevious READ hasPrevious NOTIFY stateChanged)
 
 public:
     enum class State {
@@ -32,6 +36,8 @@ public:
         ready,
         /// The note names a file that is not in the media folder.
         missing,
+        /// Nothing in the file can be played.
+        broken,
     };
     Q_ENUM(State)
 
@@ -46,9 +52,12 @@ public:
     [[nodiscard]] double progress() const;
     [[nodiscard]] QList<float> loudness() const;
     [[nodiscard]] QString rateText() const;
+    [[nodiscard]] QString mishap() const;
+    [[nodiscard]] bool hasPrevious() const;
 
     Q_INVOKABLE void record();
     Q_INVOKABLE void stop();
+    Q_INVOKABLE void restorePrevious();
     Q_INVOKABLE void togglePlay();
     /// To that part of the note, from 0 to 1.
     Q_INVOKABLE void seek(qreal part);
@@ -82,6 +91,8 @@ private:
     double m_playProgress = 0;
     double m_readyDuration = 0;
     int m_rate = 0;
+    /// The file of which nothing can be played.
+    QString m_brokenFile;
     ScheduledCall m_playTicker;
     NotificationCenter::Observation m_closing;
 };

@@ -4,12 +4,17 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tallowby {
 
 /// Sound on its way into a file. Main thread only.
 class AudioRecorder {
 public:
+    /// With a failure when the recording ended early, or when nothing was recorded: a file in which nothing can be
+    /// played is removed. Called once, later and on the main thread.
+    using Finished = std::function<void(std::optional<MediaFailure> failure)>;
+
     /// Ends a recording that runs, as `stop` does, without telling anybody.
     virtual ~AudioRecorder() = default;
 
@@ -20,9 +25,9 @@ public:
     /// How loud it is now, from 0 for silence to 1 for the loudest that can be recorded.
     [[nodiscard]] virtual double level() = 0;
     /// The device has gone, or the file takes no more. What was recorded before is kept; `stop` is still to be called.
-    [[nodiscard]] virtual bool hasFailed() = 0;
-    /// `finished` is called once the file is whole, later and on the main thread.
-    virtual void stop(std::function<void()> finished) = 0;
+    [[nodiscard]] virtual std::optional<MediaFailure> failure() = 0;
+    /// Nothing is recorded from now on. `finished` is called once the file is whole.
+    virtual void stop(Finished finished) = 0;
 };
 
 /// Sound from a file. Main thread only.
@@ -59,6 +64,10 @@ public:
     /// is called later and on the main thread, with nothing when the file cannot be read. Not after the end of this
     /// object.
     virtual void readLoudness(const QString &path, std::function<void(const QList<float> &)> done) = 0;
+    /// How many seconds there are to be played in a recording that was interrupted, which is mended so that it can be
+    /// sought. Read by another thread; `done` is called later and on the main thread, with nothing when nothing can be
+    /// played.
+    virtual void readLength(const QString &path, std::function<void(std::optional<double>)> done) = 0;
 };
 
 } // namespace tallowby

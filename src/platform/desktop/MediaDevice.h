@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/desktop/MediaFailure.h"
+
 #include <QList>
 #include <QString>
 
@@ -13,11 +15,11 @@ struct MediaDevice {
     QString name;
 };
 
-/// What could not be made, and why, in words for the log.
+/// Something that was made, or else why it was not.
 template <typename Made>
 struct MediaResult {
     std::unique_ptr<Made> made;
-    QString error;
+    MediaFailure failure;
 };
 
 } // namespace tallowby

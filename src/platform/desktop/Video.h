@@ -16,8 +16,9 @@ enum class CameraAccess { notDetermined, restricted, denied, authorized };
 /// devices take their time.
 class CaptureSession {
 public:
-    /// With an error in words when the film came to nothing. Called by any thread.
-    using Finished = std::function<void(std::optional<QString> error)>;
+    /// With a failure when the film ended early, or when nothing was filmed: a file in which nothing can be played is
+    /// removed. Called by any thread.
+    using Finished = std::function<void(std::optional<MediaFailure> failure)>;
 
     /// Stops what runs. A film that is being recorded is kept; nobody is told.
     virtual ~CaptureSession() = default;
@@ -30,7 +31,7 @@ public:
     [[nodiscard]] virtual bool hasCamera() const = 0;
 
     /// To a file that does not exist yet: H.264 and AAC in MPEG-4. `finished` is called once, when the file is whole:
-    /// after `stopRecording`, or when a device has gone.
+    /// after `stopRecording`, when a device has gone, or when the file takes no more.
     virtual void startRecording(const QString &path, Finished finished) = 0;
     [[nodiscard]] virtual bool isRecording() const = 0;
     virtual void stopRecording() = 0;
@@ -46,8 +47,8 @@ public:
     virtual void playFromStart() = 0;
     /// The last picture stays.
     virtual void pause() = 0;
-    /// Called on the main thread whenever it has come to its end, or cannot go on.
-    virtual void onEnd(std::function<void()> ended) = 0;
+    /// Called on the main thread whenever it has come to its end, or cannot go on: then with the reason.
+    virtual void onEnd(std::function<void(const std::optional<MediaFailure> &)> ended) = 0;
 };
 
 /// Films: recording and playing. Nothing is loaded, and no device looked for, until it is asked for.
@@ -66,6 +67,8 @@ public:
                                                                       const QString &microphoneId) = 0;
     /// Main thread.
     [[nodiscard]] virtual MediaResult<MoviePlayer> makePlayer(const QString &path) = 0;
+    /// As Audio::readLength.
+    virtual void readLength(const QString &path, std::function<void(std::optional<double>)> done) = 0;
 };
 
 } // namespace tallowby

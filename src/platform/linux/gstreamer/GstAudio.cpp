@@ -3,6 +3,7 @@
 #include "platform/linux/gstreamer/Devices.h"
 #include "platform/linux/gstreamer/GstAudioPlayer.h"
 #include "platform/linux/gstreamer/GstAudioRecorder.h"
+#include "platform/linux/gstreamer/RecordingFile.h"
 
 #include <utility>
 
@@ -16,8 +17,8 @@ constexpr auto kPiece = "20000000";
 constexpr qsizetype kMostPieces = 200'000;
 constexpr GstClockTime kLongestSilence = 5 * GST_SECOND;
 
-/// Reads a file to its end. Any thread.
-QList<float> loudnessOf(const QString &path) {
+/// Reads a file to its end, or until `isEnding`. Any thread.
+QList<float> loudnessOf(const QString &path, const std::atomic<bool> &isEnding) {
     QString error;
     const auto pipeline = Pipeline::parse(
         QStringLiteral("filesrc name=file ! decodebin ! audioconvert ! audio/x-raw,channels=1 ! level interval=%1 "
@@ -32,7 +33,7 @@ QList<float> loudnessOf(const QString &path) {
     if (!pipeline->setState(GST_STATE_PLAYING)) {
         return {};
     }
-    while (pieces.size() < kMostPieces) {
+    while (pieces.size() < kMostPieces && !isEnding) {
         const auto message =
             pipeline->next(GstMessageType(GST_MESSAGE_ELEMENT | GST_MESSAGE_EOS | GST_MESSAGE_ERROR), kLongestSilence);
         if (!message || GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_ERROR) {
@@ -50,16 +51,21 @@ QList<float> loudnessOf(const QString &path) {
 
 GstAudio::GstAudio(QObject *parent)
     : QObject(parent) {
-    m_work.setMaxThreadCount(1);
-    m_work.setExpiryTimeout(int(kIdleThread.count()));
+    for (QThreadPool *pool : {&m_finishers, &m_readers}) {
+        pool->setMaxThreadCount(1);
+        pool->setExpiryTimeout(int(kIdleThread.count()));
+    }
 }
 
 GstAudio::~GstAudio() {
-    m_work.waitForDone();
+    m_isEnding = true;
+    m_readers.clear();
+    m_readers.waitForDone();
+    m_finishers.waitForDone();
 }
 
 void GstAudio::prepare() {
-    m_work.start([] { static_cast<void>(loadGStreamer()); });
+    m_readers.start([] { static_cast<void>(loadGStreamer()); });
 }
 
 QList<MediaDevice> GstAudio::microphones() {
@@ -68,27 +74,31 @@ QList<MediaDevice> GstAudio::microphones() {
 
 MediaResult<AudioRecorder> GstAudio::makeRecorder(const QString &path, const QString &deviceId) {
     if (const QString error = loadGStreamer(); !error.isEmpty()) {
-        return {nullptr, error};
+        return {nullptr, {error}};
     }
     GstElement *source = makeSource(DeviceKind::microphone, deviceId);
     if (!source) {
-        return {nullptr, QStringLiteral("there is no microphone")};
+        return {nullptr, {QStringLiteral("there is no microphone"), MediaFailure::Kind::noDevice}};
     }
-    return GstAudioRecorder::make(source, path, m_work);
+    return GstAudioRecorder::make(source, path, m_finishers);
 }
 
 MediaResult<AudioPlayer> GstAudio::makePlayer(const QString &path) {
     if (const QString error = loadGStreamer(); !error.isEmpty()) {
-        return {nullptr, error};
+        return {nullptr, {error}};
     }
     return GstAudioPlayer::make(path, elementFromEnvironment("TALLOWBY_AUDIO_SINK", QStringLiteral("autoaudiosink")));
 }
 
 void GstAudio::readLoudness(const QString &path, std::function<void(const QList<float> &)> done) {
-    m_work.start([this, path, done = std::move(done)] {
+    m_readers.start([this, path, done = std::move(done)] {
         QMetaObject::invokeMethod(
-            this, [pieces = loudnessOf(path), done] { done(pieces); }, Qt::QueuedConnection);
+            this, [pieces = loudnessOf(path, m_isEnding), done] { done(pieces); }, Qt::QueuedConnection);
     });
+}
+
+void GstAudio::readLength(const QString &path, std::function<void(std::optional<double>)> done) {
+    readLengthLater(m_readers, path, done);
 }
 
 } // namespace tallowby

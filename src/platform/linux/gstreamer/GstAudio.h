@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <atomic>
+
 namespace tallowby {
 
 /// Sound by GStreamer. `TALLOWBY_AUDIO_SOURCE` and `TALLOWBY_AUDIO_SINK` in the environment name elements to record
@@ -22,10 +24,13 @@ public:
     [[nodiscard]] MediaResult<AudioRecorder> makeRecorder(const QString &path, const QString &deviceId) override;
     [[nodiscard]] MediaResult<AudioPlayer> makePlayer(const QString &path) override;
     void readLoudness(const QString &path, std::function<void(const QList<float> &)> done) override;
+    void readLength(const QString &path, std::function<void(std::optional<double>)> done) override;
 
 private:
-    /// Finishes files and reads them; has no thread while there is nothing to do.
-    QThreadPool m_work;
+    std::atomic<bool> m_isEnding = false;
+    /// They have no thread while there is nothing to do. Recordings do not wait to be finished until others are read.
+    QThreadPool m_finishers;
+    QThreadPool m_readers;
 };
 
 } // namespace tallowby

@@ -18,7 +18,7 @@ MediaResult<AudioPlayer> GstAudioPlayer::make(const QString &path, const QString
                                         .arg(sink),
                                     error);
     if (!pipeline) {
-        return {nullptr, error};
+        return {nullptr, {error}};
     }
     const auto out = pipeline->element("out");
     if (g_object_class_find_property(G_OBJECT_GET_CLASS(out.get()), "sync")) {
@@ -30,7 +30,8 @@ MediaResult<AudioPlayer> GstAudioPlayer::make(const QString &path, const QString
         gst_element_get_state(pipeline->get(), nullptr, nullptr, kLongestOpening) != GST_STATE_CHANGE_SUCCESS ||
         !gst_element_query_duration(pipeline->get(), GST_FORMAT_TIME, &duration)) {
         const auto message = pipeline->next(GST_MESSAGE_ERROR, 0);
-        return {nullptr, message ? errorText(message.get()) : QStringLiteral("it is no recording")};
+        return {nullptr, message ? failureOf(message.get(), MediaFailure::Kind::fileFailed)
+                                 : MediaFailure{QStringLiteral("it is no recording"), MediaFailure::Kind::fileFailed}};
     }
     return {std::make_unique<GstAudioPlayer>(std::move(pipeline), double(duration) / GST_SECOND), {}};
 }

@@ -1,5 +1,7 @@
 #include "platform/linux/gstreamer/GstAudioRecorder.h"
 
+#include "platform/linux/gstreamer/RecordingFile.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QThreadPool>
@@ -10,12 +12,11 @@ namespace tallowby {
 
 namespace {
 
-constexpr GstClockTime kLongestEnd = 5 * GST_SECOND;
+constexpr MediaFailure::Kind kDeviceFailed = MediaFailure::Kind::deviceFailed;
 /// 96 kbit/s for one voice; the encoder takes a rate in place of a quality.
-const QString kDescription =
-    QStringLiteral("audioconvert name=in ! audioresample ! audio/x-raw,rate=44100,channels=1 ! level interval=50000000 "
-                   "post-messages=true ! queue ! avenc_aac bitrate=96000 ! aacparse ! mp4mux fragment-duration=1000 "
-                   "fragment-mode=first-moov-then-finalise ! filesink name=file");
+constexpr QLatin1StringView kSound{
+    "audioconvert name=in ! audioresample ! audio/x-raw,rate=44100,channels=1 ! level interval=50000000 "
+    "post-messages=true ! queue ! avenc_aac bitrate=96000 ! aacparse ! "};
 
 } // namespace
 
@@ -23,30 +24,29 @@ MediaResult<AudioRecorder> GstAudioRecorder::make(GstElement *source, const QStr
     // The pipeline takes the source over; until then it is ours.
     const GstPointer<GstElement> held(GST_ELEMENT(gst_object_ref_sink(source)));
     QString error;
-    auto pipeline = Pipeline::parse(kDescription, error);
+    auto pipeline = Pipeline::parse(kSound + kRecordingEnd, error);
     if (!pipeline) {
-        return {nullptr, error};
+        return {nullptr, {error, MediaFailure::Kind::encoderFailed}};
     }
     gst_bin_add(GST_BIN(pipeline->get()), source);
     if (!gst_element_link(source, pipeline->element("in").get())) {
-        return {nullptr, QStringLiteral("the microphone gives no sound that can be recorded")};
+        return {nullptr, {QStringLiteral("the microphone gives no sound that can be recorded"), kDeviceFailed}};
     }
-    QFile file(path);
-    if (!file.open(QFile::WriteOnly | QFile::NewOnly, QFile::ReadOwner | QFile::WriteOwner)) {
-        return {nullptr, file.errorString()};
+    if (const auto failure = createRecording(*pipeline, path)) {
+        return {nullptr, *failure};
     }
-    file.close();
-    g_object_set(pipeline->element("file").get(), "location", path.toUtf8().constData(), nullptr);
     if (!pipeline->setState(GST_STATE_PAUSED)) {
         const auto message = pipeline->next(GST_MESSAGE_ERROR, 0);
-        file.remove();
-        return {nullptr, message ? errorText(message.get()) : QStringLiteral("the microphone does not answer")};
+        QFile::remove(path);
+        return {nullptr, message ? failureOf(message.get(), kDeviceFailed)
+                                 : MediaFailure{QStringLiteral("the microphone does not answer"), kDeviceFailed}};
     }
-    return {std::make_unique<GstAudioRecorder>(std::move(pipeline), work), {}};
+    return {std::make_unique<GstAudioRecorder>(std::move(pipeline), path, work), {}};
 }
 
-GstAudioRecorder::GstAudioRecorder(std::unique_ptr<Pipeline> pipeline, QThreadPool &work)
+GstAudioRecorder::GstAudioRecorder(std::unique_ptr<Pipeline> pipeline, const QString &path, QThreadPool &work)
     : m_pipeline(std::move(pipeline))
+    , m_path(path)
     , m_work(work) {}
 
 GstAudioRecorder::~GstAudioRecorder() {
@@ -55,6 +55,10 @@ GstAudioRecorder::~GstAudioRecorder() {
 
 bool GstAudioRecorder::record() {
     m_isRecording = m_pipeline && m_pipeline->setState(GST_STATE_PLAYING);
+    listen();
+    if (!m_isRecording && !m_failure) {
+        m_failure = {QStringLiteral("the microphone does not start"), kDeviceFailed};
+    }
     return m_isRecording;
 }
 
@@ -72,38 +76,47 @@ double GstAudioRecorder::level() {
     return m_level;
 }
 
-bool GstAudioRecorder::hasFailed() {
+std::optional<MediaFailure> GstAudioRecorder::failure() {
     listen();
-    return m_hasFailed;
+    return m_failure;
 }
 
 void GstAudioRecorder::listen() {
     if (!m_pipeline) {
         return;
     }
-    while (const auto message = m_pipeline->next(GstMessageType(GST_MESSAGE_ELEMENT | GST_MESSAGE_ERROR), 0)) {
-        if (GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_ERROR) {
-            m_hasFailed = true;
-        } else {
+    constexpr auto kTypes = GstMessageType(GST_MESSAGE_ELEMENT | GST_MESSAGE_ERROR | GST_MESSAGE_EOS);
+    while (const auto message = m_pipeline->next(kTypes, 0)) {
+        const GstMessageType type = GST_MESSAGE_TYPE(message.get());
+        if (type == GST_MESSAGE_ELEMENT) {
             m_level = double(loudness(message.get()));
+        } else if (!m_failure) {
+            // Errors that follow are the consequences of the first one.
+            m_failure = type == GST_MESSAGE_ERROR
+                            ? failureOf(message.get(), kDeviceFailed)
+                            : MediaFailure{QStringLiteral("the microphone gives no more"), kDeviceFailed};
         }
     }
 }
 
-void GstAudioRecorder::stop(std::function<void()> finished) {
+void GstAudioRecorder::stop(Finished finished) {
     if (!m_pipeline) {
         return;
     }
+    listen();
+    if (!m_isRecording && !m_failure) {
+        m_failure = {QStringLiteral("it was not started"), kDeviceFailed};
+    }
     m_isRecording = false;
-    // The muxer writes the end of the file, which may take a moment; a job is copied, so the pipeline is shared with
-    // it.
+    // A job is copied, so the pipeline is shared with it.
     const std::shared_ptr<Pipeline> pipeline = std::move(m_pipeline);
-    m_work.start([pipeline, finished = std::move(finished)] {
-        gst_element_send_event(pipeline->get(), gst_event_new_eos());
-        static_cast<void>(pipeline->next(GST_MESSAGE_EOS, kLongestEnd));
-        pipeline->setState(GST_STATE_NULL);
+    // At once: nothing that is said from now on is in the file, however long its turn takes to come.
+    gst_element_send_event(pipeline->get(), gst_event_new_eos());
+    m_work.start([pipeline, path = m_path, failure = m_failure, finished = std::move(finished)] {
+        const std::optional<MediaFailure> end = closeRecording(*pipeline, path, failure);
         if (finished) {
-            QMetaObject::invokeMethod(QCoreApplication::instance(), finished, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [finished, end] { finished(end); }, Qt::QueuedConnection);
         }
     });
 }

@@ -103,14 +103,37 @@ void GstCaptureSession::take(GstElement *sink, bool isPicture) {
 }
 
 GstBusSyncReply GstCaptureSession::onMessage(GstBus *, GstMessage *message, gpointer session) {
-    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR || GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
-        // What was recorded is kept.
+    const GstMessageType type = GST_MESSAGE_TYPE(message);
+    if (type == GST_MESSAGE_ERROR || type == GST_MESSAGE_EOS) {
+        constexpr auto kDeviceFailed = MediaFailure::Kind::deviceFailed;
         auto *self = static_cast<GstCaptureSession *>(session);
-        self->m_isBroken = true;
-        self->stopRecording();
+        {
+            const std::lock_guard lock(self->m_mutex);
+            if (!self->m_failure) {
+                self->m_failure = type == GST_MESSAGE_ERROR
+                                      ? failureOf(message, kDeviceFailed)
+                                      : MediaFailure{QStringLiteral("a device gives no more"), kDeviceFailed};
+            }
+        }
+        self->endIfBroken();
     }
     gst_message_unref(message);
     return GST_BUS_DROP;
+}
+
+void GstCaptureSession::endIfBroken() {
+    std::shared_ptr<GstMovie> movie;
+    std::optional<MediaFailure> failure;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_failure) {
+            failure = m_failure;
+            movie = std::exchange(m_movie, nullptr);
+        }
+    }
+    if (movie) {
+        movie->finish(failure);
+    }
 }
 
 void GstCaptureSession::stopRunning() {
@@ -120,20 +143,33 @@ void GstCaptureSession::stopRunning() {
 }
 
 void GstCaptureSession::startRecording(const QString &path, Finished finished) {
-    if (m_isBroken.exchange(false)) {
+    bool isBroken = false;
+    {
+        const std::lock_guard lock(m_mutex);
+        isBroken = m_failure.has_value();
+    }
+    if (isBroken) {
         stopRunning();
+        {
+            const std::lock_guard lock(m_mutex);
+            m_failure.reset();
+        }
         startRunning();
     }
     const GstClockTime now = m_pipeline ? gst_element_get_current_running_time(m_pipeline->get()) : 0;
-    auto movie =
-        GstMovie::make(path, GST_CLOCK_TIME_IS_VALID(now) ? now : 0, m_hasCamera, m_hasMicrophone, std::move(finished));
-    const std::lock_guard lock(m_mutex);
-    m_movie = std::move(movie);
+    auto movie = GstMovie::make(path, GST_CLOCK_TIME_IS_VALID(now) ? now : 0, m_hasCamera, m_hasMicrophone, m_work,
+                                std::move(finished));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_movie = std::move(movie);
+    }
+    // A device may have failed before there was a film to be ended.
+    endIfBroken();
 }
 
 bool GstCaptureSession::isRecording() const {
     const std::lock_guard lock(m_mutex);
-    return m_movie != nullptr;
+    return m_movie && !m_movie->isFinishing();
 }
 
 void GstCaptureSession::stopRecording() {
@@ -143,7 +179,7 @@ void GstCaptureSession::stopRecording() {
         movie = std::exchange(m_movie, nullptr);
     }
     if (movie) {
-        movie->finish(m_work);
+        movie->finish();
     }
 }
 

@@ -3,8 +3,8 @@
 #include "platform/desktop/Video.h"
 #include "platform/linux/gstreamer/Pipeline.h"
 
-#include <atomic>
 #include <mutex>
+#include <optional>
 
 class QThreadPool;
 
@@ -31,6 +31,8 @@ public:
 private:
     /// One of the pipeline's streaming threads hands over what came.
     void take(GstElement *sink, bool isPicture);
+    /// Ends what is recorded because a device has gone, if one has.
+    void endIfBroken();
     static GstBusSyncReply onMessage(GstBus *bus, GstMessage *message, gpointer session);
     [[nodiscard]] bool add(GstElement *source, const char *description, const char *sink, bool isPicture);
 
@@ -42,9 +44,9 @@ private:
     bool m_hasCamera = false;
     bool m_hasMicrophone = false;
 
-    /// A device has gone; the pipeline gives no more.
-    std::atomic<bool> m_isBroken = false;
     mutable std::mutex m_mutex;
+    /// Why the pipeline gives no more. Guarded.
+    std::optional<MediaFailure> m_failure;
     /// What is being recorded. Guarded.
     std::shared_ptr<GstMovie> m_movie;
 };

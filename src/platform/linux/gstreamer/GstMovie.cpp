@@ -1,6 +1,7 @@
 #include "platform/linux/gstreamer/GstMovie.h"
 
-#include <QFile>
+#include "platform/linux/gstreamer/RecordingFile.h"
+
 #include <QThreadPool>
 
 #include <utility>
@@ -11,7 +12,6 @@ namespace tallowby {
 
 namespace {
 
-constexpr GstClockTime kLongestEnd = 5 * GST_SECOND;
 constexpr auto kPictures =
     "appsrc name=pictures is-live=true format=time max-bytes=50000000 leaky-type=upstream ! queue ! "
     "openh264enc bitrate=1500000 complexity=low gop-size=30 ! h264parse ! to. ";
@@ -21,43 +21,62 @@ constexpr auto kSound = "appsrc name=sound is-live=true format=time ! queue ! au
 } // namespace
 
 std::shared_ptr<GstMovie> GstMovie::make(const QString &path, GstClockTime start, bool hasPictures, bool hasSound,
-                                         CaptureSession::Finished finished) {
-    const QString fail = QStringLiteral("there is neither a camera nor a microphone");
+                                         QThreadPool &work, CaptureSession::Finished finished) {
     if (!hasPictures && !hasSound) {
-        finished(fail);
+        finished(
+            MediaFailure{QStringLiteral("there is neither a camera nor a microphone"), MediaFailure::Kind::noDevice});
         return nullptr;
     }
     QString error;
-    auto pipeline =
-        Pipeline::parse(QLatin1StringView(hasPictures ? kPictures : "") + QLatin1StringView(hasSound ? kSound : "") +
-                            QLatin1StringView("mp4mux name=to fragment-duration=1000 "
-                                              "fragment-mode=first-moov-then-finalise ! filesink name=file"),
-                        error);
-    QFile file(path);
-    if (pipeline && !file.open(QFile::WriteOnly | QFile::NewOnly, QFile::ReadOwner | QFile::WriteOwner)) {
-        error = file.errorString();
-        pipeline.reset();
-    }
-    if (pipeline) {
-        g_object_set(pipeline->element("file").get(), "location", path.toUtf8().constData(), nullptr);
-        if (!pipeline->setState(GST_STATE_PLAYING)) {
-            error = QStringLiteral("the file cannot be written");
-            pipeline.reset();
-        }
-    }
+    auto pipeline = Pipeline::parse(QLatin1StringView(hasPictures ? kPictures : "") +
+                                        QLatin1StringView(hasSound ? kSound : "") + kRecordingEnd,
+                                    error);
     if (!pipeline) {
-        finished(error);
+        finished(MediaFailure{error, MediaFailure::Kind::encoderFailed});
         return nullptr;
     }
-    return std::make_shared<GstMovie>(std::move(pipeline), start, std::move(finished));
+    if (const auto failure = createRecording(*pipeline, path)) {
+        finished(failure);
+        return nullptr;
+    }
+    auto movie = std::make_shared<GstMovie>(std::move(pipeline), path, start, work, std::move(finished));
+    if (!movie->m_pipeline->setState(GST_STATE_PLAYING)) {
+        movie->finish(MediaFailure{QStringLiteral("the film cannot be begun"), MediaFailure::Kind::encoderFailed});
+    }
+    return movie;
 }
 
-GstMovie::GstMovie(std::unique_ptr<Pipeline> pipeline, GstClockTime start, CaptureSession::Finished finished)
+GstMovie::GstMovie(std::unique_ptr<Pipeline> pipeline, const QString &path, GstClockTime start, QThreadPool &work,
+                   CaptureSession::Finished finished)
     : m_pipeline(std::move(pipeline))
+    , m_path(path)
     , m_pictures(m_pipeline->element("pictures"))
     , m_sound(m_pipeline->element("sound"))
     , m_start(start)
-    , m_finished(std::move(finished)) {}
+    , m_work(work)
+    , m_finished(std::move(finished)) {
+    const GstPointer<GstBus> bus(gst_element_get_bus(m_pipeline->get()));
+    gst_bus_set_sync_handler(bus.get(), &GstMovie::onMessage, this, nullptr);
+}
+
+GstMovie::~GstMovie() {
+    // Nobody calls back any more once the pipeline has come to rest.
+    m_pipeline->setState(GST_STATE_NULL);
+}
+
+GstBusSyncReply GstMovie::onMessage(GstBus *, GstMessage *message, gpointer movie) {
+    const GstMessageType type = GST_MESSAGE_TYPE(message);
+    if (type != GST_MESSAGE_ERROR && type != GST_MESSAGE_EOS) {
+        gst_message_unref(message);
+        return GST_BUS_DROP;
+    }
+    // What is to be filmed from here on would be in no file. None is left when the film itself is on its way out.
+    const std::shared_ptr<GstMovie> self = static_cast<GstMovie *>(movie)->weak_from_this().lock();
+    if (self && type == GST_MESSAGE_ERROR) {
+        self->finish(failureOf(message, MediaFailure::Kind::encoderFailed));
+    }
+    return GST_BUS_PASS;
+}
 
 void GstMovie::add(GstSample *sample, bool isPicture) {
     const auto &source = isPicture ? m_pictures : m_sound;
@@ -72,29 +91,21 @@ void GstMovie::add(GstSample *sample, bool isPicture) {
     GST_BUFFER_DTS(buffer) = GST_CLOCK_TIME_NONE;
     GstSample *moved = gst_sample_new(buffer, gst_sample_get_caps(sample), nullptr, nullptr);
     gst_buffer_unref(buffer);
-    m_hasContent = true;
     gst_app_src_push_sample(GST_APP_SRC(source.get()), moved);
     gst_sample_unref(moved);
 }
 
-void GstMovie::finish(QThreadPool &work) {
+void GstMovie::finish(const std::optional<MediaFailure> &failure) {
     if (m_isFinishing.exchange(true)) {
         return;
     }
-    work.start([movie = shared_from_this()] {
+    m_work.start([movie = shared_from_this(), failure] {
         for (const auto *source : {&movie->m_pictures, &movie->m_sound}) {
             if (*source) {
                 gst_app_src_end_of_stream(GST_APP_SRC(source->get()));
             }
         }
-        const auto end = movie->m_pipeline->next(GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR), kLongestEnd);
-        const bool isWhole = end && GST_MESSAGE_TYPE(end.get()) == GST_MESSAGE_EOS && movie->m_hasContent;
-        movie->m_pipeline->setState(GST_STATE_NULL);
-        QString error = QStringLiteral("the devices gave nothing");
-        if (end && GST_MESSAGE_TYPE(end.get()) == GST_MESSAGE_ERROR) {
-            error = errorText(end.get());
-        }
-        movie->m_finished(isWhole ? std::nullopt : std::optional(error));
+        movie->m_finished(closeRecording(*movie->m_pipeline, movie->m_path, failure));
     });
 }
 

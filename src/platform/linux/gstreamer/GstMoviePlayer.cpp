@@ -8,13 +8,13 @@ MediaResult<MoviePlayer> GstMoviePlayer::make(const QString &path, const QString
     QString error;
     auto pipeline = Pipeline::parse(QStringLiteral("playbin"), error);
     if (!pipeline) {
-        return {nullptr, error};
+        return {nullptr, {error}};
     }
     GstElement *pictures = gst_parse_bin_from_description(
         "videoconvert ! video/x-raw,format=BGRx ! appsink name=pictures max-buffers=2", TRUE, nullptr);
     GstElement *sound = gst_element_factory_make(audioSink.toLatin1().constData(), nullptr);
     if (!pictures || !sound) {
-        return {nullptr, QStringLiteral("there is nothing to play to")};
+        return {nullptr, {QStringLiteral("there is nothing to play to")}};
     }
     if (g_object_class_find_property(G_OBJECT_GET_CLASS(sound), "sync")) {
         g_object_set(sound, "sync", TRUE, nullptr);
@@ -60,16 +60,21 @@ void GstMoviePlayer::pause() {
 GstBusSyncReply GstMoviePlayer::onMessage(GstBus *, GstMessage *message, gpointer player) {
     const GstMessageType type = GST_MESSAGE_TYPE(message);
     if (type == GST_MESSAGE_EOS || type == GST_MESSAGE_ERROR) {
-        QMetaObject::invokeMethod(static_cast<GstMoviePlayer *>(player), &GstMoviePlayer::end, Qt::QueuedConnection);
+        auto *self = static_cast<GstMoviePlayer *>(player);
+        const auto failure = type == GST_MESSAGE_ERROR
+                                 ? std::optional(failureOf(message, MediaFailure::Kind::fileFailed))
+                                 : std::nullopt;
+        QMetaObject::invokeMethod(
+            self, [self, failure] { self->end(failure); }, Qt::QueuedConnection);
     }
     gst_message_unref(message);
     return GST_BUS_DROP;
 }
 
-void GstMoviePlayer::end() {
+void GstMoviePlayer::end(const std::optional<MediaFailure> &failure) {
     pause();
     if (m_ended) {
-        m_ended();
+        m_ended(failure);
     }
 }
 

@@ -21,15 +21,15 @@ public:
     [[nodiscard]] std::shared_ptr<VideoFrames> frames() const override { return m_frames; }
     void playFromStart() override;
     void pause() override;
-    void onEnd(std::function<void()> ended) override { m_ended = std::move(ended); }
+    void onEnd(std::function<void(const std::optional<MediaFailure> &)> ended) override { m_ended = std::move(ended); }
 
 private:
     static GstBusSyncReply onMessage(GstBus *bus, GstMessage *message, gpointer player);
-    void end();
+    void end(const std::optional<MediaFailure> &failure);
 
     std::unique_ptr<Pipeline> m_pipeline;
     std::shared_ptr<VideoFrames> m_frames = VideoFrames::make();
-    std::function<void()> m_ended;
+    std::function<void(const std::optional<MediaFailure> &)> m_ended;
     bool m_isPlaying = false;
 };
 

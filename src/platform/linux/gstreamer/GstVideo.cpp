@@ -3,6 +3,7 @@
 #include "platform/linux/gstreamer/Devices.h"
 #include "platform/linux/gstreamer/GstCaptureSession.h"
 #include "platform/linux/gstreamer/GstMoviePlayer.h"
+#include "platform/linux/gstreamer/RecordingFile.h"
 #include "platform/linux/portal/CameraPortal.h"
 
 #include <QDir>
@@ -22,7 +23,8 @@ const QString kDevices = QStringLiteral("/dev");
 
 GstVideo::GstVideo()
     : m_portal(isSandboxed() ? std::make_unique<CameraPortal>() : nullptr) {
-    m_work.setMaxThreadCount(1);
+    // One that reads does not keep a film from its end.
+    m_work.setMaxThreadCount(2);
     m_work.setExpiryTimeout(int(kIdleThread.count()));
 }
 
@@ -61,9 +63,13 @@ std::unique_ptr<CaptureSession> GstVideo::makeSession(const QString &cameraId, c
 
 MediaResult<MoviePlayer> GstVideo::makePlayer(const QString &path) {
     if (const QString error = loadGStreamer(); !error.isEmpty()) {
-        return {nullptr, error};
+        return {nullptr, {error}};
     }
     return GstMoviePlayer::make(path, elementFromEnvironment("TALLOWBY_AUDIO_SINK", QStringLiteral("autoaudiosink")));
+}
+
+void GstVideo::readLength(const QString &path, std::function<void(std::optional<double>)> done) {
+    readLengthLater(m_work, path, done);
 }
 
 } // namespace tallowby

@@ -24,10 +24,11 @@ public:
     [[nodiscard]] std::unique_ptr<CaptureSession> makeSession(const QString &cameraId,
                                                               const QString &microphoneId) override;
     [[nodiscard]] MediaResult<MoviePlayer> makePlayer(const QString &path) override;
+    void readLength(const QString &path, std::function<void(std::optional<double>)> done) override;
 
 private:
     std::unique_ptr<CameraPortal> m_portal;
-    /// Finishes files; has no thread while there is nothing to do.
+    /// Finishes and reads files; has no thread while there is nothing to do.
     QThreadPool m_work;
 };
 

@@ -61,12 +61,33 @@ GstMessagePointer Pipeline::next(GstMessageType types, GstClockTime wait) {
     return GstMessagePointer(gst_bus_timed_pop_filtered(m_bus.get(), wait, types));
 }
 
-QString errorText(GstMessage *message) {
+MediaFailure failureOf(GstMessage *errorMessage, MediaFailure::Kind otherwise) {
+    using Kind = MediaFailure::Kind;
     GError *error = nullptr;
-    gst_message_parse_error(message, &error, nullptr);
-    const QString text = error ? QString::fromUtf8(error->message) : QStringLiteral("unknown");
+    gst_message_parse_error(errorMessage, &error, nullptr);
+    if (!error) {
+        return {QStringLiteral("unknown"), otherwise};
+    }
+    MediaFailure failure{QString::fromUtf8(error->message), otherwise};
+    if (error->domain == GST_RESOURCE_ERROR) {
+        switch (error->code) {
+        case GST_RESOURCE_ERROR_NO_SPACE_LEFT:
+            failure.kind = Kind::diskFull;
+            break;
+        case GST_RESOURCE_ERROR_OPEN_WRITE:
+        case GST_RESOURCE_ERROR_WRITE:
+        case GST_RESOURCE_ERROR_SEEK:
+        case GST_RESOURCE_ERROR_SYNC:
+        case GST_RESOURCE_ERROR_CLOSE:
+            failure.kind = Kind::fileFailed;
+            break;
+        default:
+            failure.kind = Kind::deviceFailed;
+            break;
+        }
+    }
     g_clear_error(&error);
-    return text;
+    return failure;
 }
 
 float loudness(GstMessage *levelMessage) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/desktop/MediaFailure.h"
+
 #include <QString>
 
 #include <memory>
@@ -47,8 +49,8 @@ private:
     GstPointer<GstBus> m_bus;
 };
 
-/// What an error message says.
-[[nodiscard]] QString errorText(GstMessage *message);
+/// What an error message says. It is of the kind `otherwise` when it has to do with neither a device nor a file.
+[[nodiscard]] MediaFailure failureOf(GstMessage *errorMessage, MediaFailure::Kind otherwise);
 /// From what the element `level` measures, in decibels of the largest amplitude, to a share of the range that is heard.
 [[nodiscard]] float loudness(GstMessage *levelMessage);
 
