@@ -54,6 +54,8 @@ void SketchBlockContent::componentComplete() {
     BlockBody::componentComplete();
     // Drawn before the next frame: a move writes the block's place and its points one after the other.
     connect(block(), &Block::contentChanged, this, &QQuickItem::polish);
+    connect(block(), &Block::xPositionChanged, this, &QQuickItem::polish);
+    connect(block(), &Block::yPositionChanged, this, &QQuickItem::polish);
     connect(&Theme::shared(), &Theme::changed, this, &SketchBlockContent::redraw);
     polish();
 }
@@ -64,10 +66,14 @@ void SketchBlockContent::redraw() {
 }
 
 void SketchBlockContent::updatePolish() {
+    const QPointF place(block()->xPosition(), block()->yPosition());
     if (m_drawnContent != block()->content()) {
         m_drawnContent = block()->content();
+        m_drawnPlace = place;
         m_strokes->setDrawing(drawing(*block()));
     }
+    // A resize moves the block's corner and none of its points.
+    m_strokes->setPosition(m_drawnPlace - place);
 }
 
 void SketchBlockContent::setZoom(double zoom) {

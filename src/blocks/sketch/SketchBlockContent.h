@@ -9,8 +9,8 @@ namespace tallowby {
 
 class PathDrawingItem;
 
-/// The body of a sketch: its strokes, smoothed. Their points are on the canvas, not in the block; what is drawn hangs
-/// on the block's place, so that it follows while the block is dragged and the points do not.
+/// The body of a sketch: its strokes, smoothed. Their points are on the canvas, not in the block: a drag takes along
+/// what is drawn before it changes them, and a resize leaves them where they are.
 class SketchBlockContent : public tallowby::BlockBody {
     Q_OBJECT
     QML_ELEMENT
@@ -35,6 +35,8 @@ private:
     PathDrawingItem *m_strokes;
     /// From which payload the strokes were drawn.
     std::optional<QByteArray> m_drawnContent;
+    /// Where the block was then.
+    QPointF m_drawnPlace;
 };
 
 } // namespace tallowby
