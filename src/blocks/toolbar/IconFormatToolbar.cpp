@@ -1,5 +1,7 @@
 #include "blocks/toolbar/IconFormatToolbar.h"
 
+#include "canvas/model/UndoGroup.h"
+
 namespace tallowby {
 
 int IconFormatToolbar::side() const {
@@ -8,6 +10,7 @@ int IconFormatToolbar::side() const {
 }
 
 void IconFormatToolbar::chooseSize(int place) {
+    const UndoGroup gesture(viewModel());
     const double side = sizes().at(place).toDouble();
     for (const BlockPtr &block : blocks()) {
         viewModel().resizeAboutMiddle(block, {side, side});

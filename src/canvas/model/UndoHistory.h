@@ -66,7 +66,7 @@ public:
 
     /// A change that has been made just now: it ends what could be redone. Outside a group it is a gesture by itself.
     void record(UndoAction action);
-    /// All changes that are recorded until the end are one gesture. A group that begins inside another one is part of it.
+    /// All changes that are recorded until its end are one gesture. A group inside another one is part of that one.
     void beginGroup();
     /// Goes on with the newest gesture if that one put the block on the canvas, else the same as `beginGroup`.
     void continueGroupOf(const Block &added);
