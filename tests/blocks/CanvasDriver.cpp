@@ -128,32 +128,43 @@ void CanvasDriver::stroke(const std::vector<std::pair<QPointF, double>> &points)
     up();
 }
 
-void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps, std::chrono::milliseconds rest) {
+void CanvasDriver::fingers(const std::vector<Finger> &fingers) {
     static const auto *const kScreen =
         registered(new QPointingDevice(QStringLiteral("screen"), 8, QInputDevice::DeviceType::TouchScreen,
                                        QPointingDevice::PointerType::Finger, QInputDevice::Capability::Position, 5, 0));
-    const auto send = [this](const std::vector<QPointF> &fingers, QEventPoint::State state) {
-        QList<QWindowSystemInterface::TouchPoint> points;
-        for (const QPointF &finger : fingers) {
-            QWindowSystemInterface::TouchPoint point;
-            point.id = int(points.size());
-            point.area = QRectF(window.mapToGlobal(finger) - QPointF(1, 1), QSizeF(2, 2));
-            point.state = state;
-            points << point;
+    QList<QWindowSystemInterface::TouchPoint> points;
+    for (const Finger &finger : fingers) {
+        QWindowSystemInterface::TouchPoint point;
+        point.id = finger.id;
+        point.area = QRectF(window.mapToGlobal(finger.position) - QPointF(1, 1), QSizeF(2, 2));
+        point.state = finger.state;
+        points << point;
+    }
+    QWindowSystemInterface::handleTouchEvent(&window, kScreen, points);
+    settle();
+    if (fingers.front().state != QEventPoint::State::Updated) {
+        return;
+    }
+    // The window hands on where fingers are once a frame.
+    bool isFramePainted = false;
+    const auto connection =
+        QObject::connect(&window, &QQuickWindow::afterRendering, &window, [&isFramePainted] { isFramePainted = true; });
+    window.update();
+    EXPECT_TRUE(waitUntil([&isFramePainted] { return isFramePainted; }));
+    QObject::disconnect(connection);
+}
+
+void CanvasDriver::touch(const std::vector<std::vector<QPointF>> &steps, std::chrono::milliseconds rest) {
+    const auto send = [this](const std::vector<QPointF> &positions, QEventPoint::State state) {
+        std::vector<Finger> step;
+        for (const QPointF &position : positions) {
+            step.push_back({int(step.size()), position, state});
         }
-        QWindowSystemInterface::handleTouchEvent(&window, kScreen, points);
-        settle();
+        fingers(step);
     };
     send(steps.front(), QEventPoint::State::Pressed);
     for (std::size_t step = 1; step < steps.size(); ++step) {
         send(steps[step], QEventPoint::State::Updated);
-        // The window hands on where fingers are once a frame.
-        bool isFramePainted = false;
-        const auto connection = QObject::connect(&window, &QQuickWindow::afterRendering, &window,
-                                                 [&isFramePainted] { isFramePainted = true; });
-        window.update();
-        EXPECT_TRUE(waitUntil([&isFramePainted] { return isFramePainted; }));
-        QObject::disconnect(connection);
     }
     scheduler.advance(rest);
     settle();

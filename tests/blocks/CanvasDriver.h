@@ -40,8 +40,17 @@ public:
               Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void moveTo(QPointF position);
     void up();
+    /// The button goes up while something else has the pointer.
+    void loseRelease() { m_button = Qt::NoButton; }
     /// The same with a pen that presses so hard, from 0 to 1.
     void stroke(const std::vector<std::pair<QPointF, double>> &points);
+    struct Finger {
+        int id;
+        QPointF position;
+        QEventPoint::State state;
+    };
+    /// One message of the screen.
+    void fingers(const std::vector<Finger> &fingers);
     /// Fingers that go down, move, rest and leave.
     void touch(const std::vector<std::vector<QPointF>> &steps, std::chrono::milliseconds rest = {});
     void drop(QPointF position, const QList<QUrl> &files);

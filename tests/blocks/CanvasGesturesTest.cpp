@@ -1,5 +1,8 @@
 #include "blocks/CanvasDriver.h"
 #include "canvas/container/SelectionChromeView.h"
+#include "canvas/drawing/PathDrawingItem.h"
+#include "canvas/overlay/menu/ContextMenuView.h"
+#include "platform/AppEvents.h"
 #include "platform/desktop/MotionPreference.h"
 #include "support/TemporaryFolder.h"
 
@@ -134,6 +137,14 @@ TEST_F(CanvasGestures, WhatIsDraggedIsSeenWhereItIsDrawn) {
     canvas.up();
     canvas.settle();
     EXPECT_EQ(far->xPosition() - block->xPosition(), 700);
+
+    const BlockPtr nudged = addSelected(BlockType::image, {-10'000, 0, 100, 80});
+    nudged->setXPosition(canvas.view->viewport().visibleRect().left() - 310);
+    canvas.model.refreshBlocks();
+    ASSERT_FALSE(canvas.containers().contains(nudged.get()));
+    canvas.press(Qt::Key_Right, Qt::ShiftModifier);
+    canvas.settle();
+    EXPECT_TRUE(canvas.containers().contains(nudged.get()));
 }
 
 TEST_F(CanvasGestures, ARightClickAsksForTheMenuOfWhatItHits) {
@@ -193,6 +204,100 @@ TEST_F(CanvasGestures, FingersTapPanAndPinch) {
     EXPECT_NEAR(canvas.view->viewport().toScreen(under).x(), 300, 1e-6);
     EXPECT_NEAR(canvas.view->viewport().toScreen(under).y(), 240, 1e-6);
     EXPECT_EQ(block->xPosition(), 0);
+}
+
+TEST_F(CanvasGestures, FingersThatComeAndGoLeaveThePaperWhereItIs) {
+    using enum QEventPoint::State;
+    const auto offset = [this] { return canvas.view->viewport().offset(); };
+    canvas.fingers({{0, {100, 100}, Pressed}});
+    canvas.fingers({{0, {150, 130}, Updated}});
+    canvas.fingers({{0, {150, 130}, Stationary}, {1, {250, 130}, Pressed}});
+    EXPECT_EQ(offset(), QPointF(50, 30)) << "the pan stays";
+    canvas.fingers({{0, {150, 130}, Updated}, {1, {270, 150}, Updated}});
+    const double zoom = canvas.view->zoom();
+    EXPECT_GT(zoom, 1);
+    const QPointF zoomed = offset();
+    canvas.fingers({{0, {150, 130}, Released}, {1, {270, 150}, Stationary}});
+    canvas.fingers({{1, {290, 150}, Updated}});
+    EXPECT_EQ(offset(), zoomed + QPointF(20, 0)) << "the finger that stays moves on";
+    canvas.fingers({{1, {290, 150}, Stationary}, {2, {600, 500}, Pressed}});
+    canvas.fingers({{1, {290, 150}, Stationary}, {2, {600, 500}, Stationary}, {3, {500, 100}, Pressed}});
+    canvas.fingers({{1, {290, 150}, Released}, {2, {600, 500}, Stationary}, {3, {500, 100}, Stationary}});
+    canvas.fingers({{2, {600, 500}, Updated}, {3, {500, 100}, Updated}});
+    EXPECT_EQ(offset(), zoomed + QPointF(20, 0)) << "others than before";
+    canvas.fingers({{2, {600, 500}, Released}, {3, {500, 100}, Released}});
+    EXPECT_EQ(canvas.view->zoom(), zoom);
+    EXPECT_FALSE(canvas.view->isGestureRunning());
+}
+
+TEST_F(CanvasGestures, WhatIsUnderWayEndsWhenTheCardTurnsOrTheReleaseIsLost) {
+    const BlockPtr block = canvas.add(BlockType::image, {0, 0, 100, 80});
+    const std::function<void()> ends[] = {
+        [this] { canvas.notifications.post(events::flipReversing); },
+        [this] {
+            canvas.moveTo({500, 100});
+        },
+        [this] {
+            canvas.down({100, 100});
+        },
+    };
+    for (const auto &end : ends) {
+        canvas.down(kOrigin + QPointF(50, 40));
+        canvas.moveTo(kOrigin + QPointF(150, 60));
+        EXPECT_EQ(container(block).position(), QPointF(100, 20));
+        canvas.loseRelease();
+        end();
+        EXPECT_EQ(container(block).position(), QPointF(0, 0));
+        canvas.moveTo({300, 400});
+        EXPECT_EQ(container(block).position(), QPointF(0, 0)) << "it does not hang on the pointer";
+        canvas.click({100, 100});
+        EXPECT_FALSE(block->isSelected());
+        canvas.click(kOrigin + QPointF(50, 40));
+        EXPECT_TRUE(block->isSelected()) << "the next press counts";
+    }
+    EXPECT_FALSE(canvas.model.canUndo());
+
+    canvas.model.setActiveTool(CanvasTool::Kind::pencil);
+    canvas.down({100, 100});
+    canvas.moveTo({200, 150});
+    canvas.notifications.post(events::flipReversing);
+    EXPECT_EQ(canvas.model.blocks().size(), 2U) << "what is drawn so far stays";
+    EXPECT_TRUE(canvas.model.canUndo());
+    EXPECT_EQ(canvas.model.activeTool().kind(), CanvasTool::Kind::select);
+
+    canvas.down({100, 300}, Qt::RightButton);
+    canvas.up();
+    const auto *menu = canvas.view->findChild<ContextMenuView *>();
+    EXPECT_TRUE(menu->entries());
+    canvas.notifications.post(events::flipReversing);
+    EXPECT_FALSE(menu->entries());
+    EXPECT_TRUE(canvas.view->hasActiveFocus());
+}
+
+TEST_F(CanvasGestures, AResizedSketchStaysWhereItWasDrawn) {
+    canvas.model.setActiveTool(CanvasTool::Kind::pencil);
+    canvas.drag({400, 300}, {500, 400});
+    const BlockPtr sketch = canvas.model.blocks().front();
+    const auto drawn = [&] {
+        canvas.settle();
+        auto *strokes = container(sketch).findChild<PathDrawingItem *>();
+        qobject_cast<BlockBody *>(strokes->parentItem())->ensurePolished();
+        return strokes->mapRectToScene(strokes->drawing().bounds());
+    };
+    const QRectF before = drawn();
+    canvas.drag(chrome()->bottomRight(), chrome()->bottomRight() + QPointF(30, 20));
+    const QPointF corner = kOrigin + QPointF(sketch->xPosition() - 4, sketch->yPosition() - 4);
+    canvas.drag(corner, corner + QPointF(-60, -40));
+    EXPECT_EQ(kOrigin.x() + sketch->xPosition(), corner.x() + 4 - 60);
+    EXPECT_EQ(drawn(), before);
+    canvas.view->jumpTo({5'000, 0});
+    canvas.settle();
+    canvas.view->jumpTo({0, 0});
+    EXPECT_EQ(drawn(), before);
+    canvas.model.undo();
+    EXPECT_EQ(drawn(), before);
+    canvas.drag(before.center(), before.center() + QPointF(50, 10));
+    EXPECT_EQ(drawn(), before.translated(50, 10));
 }
 
 TEST_F(CanvasGestures, AFingerThatRestsAsksForTheMenu) {

@@ -128,6 +128,16 @@ TEST_F(CanvasUndo, DeletionsComeBackOnceAtTheirDepth) {
     EXPECT_THAT(model.blocks(), ElementsAre(lower, upper));
     EXPECT_TRUE(lower->isLive() && lower->needsSync());
     EXPECT_EQ(storage.blocks().size(), 2U);
+    model.deleteBlock(upper);
+    model.handlePaste({});
+    model.undo();
+    const BlockPtr above = model.spawnShape({}, ShapeType::circle);
+    EXPECT_THAT(model.blocks(), ElementsAre(lower, upper, above));
+    EXPECT_GT(above->zIndex(), upper->zIndex()) << "though the paste has counted the blocks without that one";
+    upper->setZIndex(above->zIndex());
+    model.bringToFront(upper);
+    EXPECT_THAT(model.blocks(), ElementsAre(lower, above, upper)) << "of two that share the top";
+    model.deleteBlock(above);
     model.selectAll();
     model.deleteSelected();
     undoAll();
@@ -136,7 +146,7 @@ TEST_F(CanvasUndo, DeletionsComeBackOnceAtTheirDepth) {
         model.redo();
     }
     EXPECT_TRUE(model.isEmpty());
-    EXPECT_EQ(storage.blocks().size(), 2U);
+    EXPECT_EQ(storage.blocks().size(), 3U);
 }
 
 TEST_F(CanvasUndo, TypingIsOneStepAndAnEmptiedTextOneDeletion) {

@@ -2,6 +2,7 @@
 
 #include "blocks/code/CodeEditor.h"
 #include "blocks/code/CodeHighlighter.h"
+#include "canvas/view/InfiniteCanvasView.h"
 #include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
 
@@ -50,6 +51,7 @@ void CodeBlockContent::componentComplete() {
         setIsMenuOpen(m_isMenuOpen && block()->isSelected());
         setIsCopied(false);
     });
+    connect(&canvas(), &InfiniteCanvasView::turningAway, this, [this] { setIsMenuOpen(false); });
     layOut();
 }
 

@@ -63,7 +63,7 @@ void ResizeGesture::change(CanvasViewModel &viewModel, QPointF translation) {
 
 void ResizeGesture::end(CanvasViewModel &viewModel, QPointF translation) {
     if (translation.isNull()) {
-        // A click on the handle; the smallest size is no reason to change a block that nobody has pulled at.
+        // Pulled back to where it was; the smallest size is no reason to change the block.
         cancel(viewModel);
         return;
     }

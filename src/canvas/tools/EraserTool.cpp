@@ -5,6 +5,8 @@
 namespace tallowby {
 
 void EraserTool::press(const PointerInput &input) {
+    // Whatever goes with the end of editing was not erased.
+    viewModel().endEditing();
     const std::size_t count = viewModel().blocks().size();
     viewModel().eraseAt(input.canvas);
     m_hasErased = viewModel().blocks().size() < count;

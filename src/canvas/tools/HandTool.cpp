@@ -21,6 +21,11 @@ void HandTool::cancel() {
     m_pan.reset();
 }
 
+bool HandTool::interrupt() {
+    m_pan.reset();
+    return true;
+}
+
 Qt::CursorShape HandTool::cursor(const PointerInput &) const {
     return m_pan ? Qt::ClosedHandCursor : Qt::OpenHandCursor;
 }

@@ -15,6 +15,7 @@ public:
     void move(const PointerInput &input) override;
     void release(const PointerInput &input) override;
     void cancel() override;
+    bool interrupt() override;
     [[nodiscard]] Qt::CursorShape cursor(const PointerInput &input) const override;
 
 private:

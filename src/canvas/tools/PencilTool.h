@@ -13,10 +13,12 @@ public:
     void move(const PointerInput &input) override;
     void release(const PointerInput &input) override;
     void cancel() override;
+    bool interrupt() override;
     [[nodiscard]] Qt::CursorShape cursor(const PointerInput &input) const override;
 
 private:
     void append(const PointerInput &input);
+    void keep();
     void clear();
 
     /// The active sketch block.

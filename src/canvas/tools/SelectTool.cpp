@@ -18,6 +18,9 @@ struct Overloaded : Functions... {
 template <typename... Functions>
 Overloaded(Functions...) -> Overloaded<Functions...>;
 
+/// Handles are often pulled by a few points only.
+constexpr double kHandleThresholdShare = 0.5;
+
 QPointF positionOf(const Block &block) {
     return {block.xPosition(), block.yPosition()};
 }
@@ -38,46 +41,49 @@ std::optional<HandleLayout> SelectTool::handles(ToolContext &context) {
 void SelectTool::press(const PointerInput &input) {
     m_start = input;
     m_last = input;
-    m_state = stateOfPress(input);
+    const auto layout = handles(context());
+    m_state = Press{viewModel().blockAt(input.canvas), layout ? layout->handleAt(input.screen) : std::nullopt};
 }
 
-SelectTool::State SelectTool::stateOfPress(const PointerInput &input) const {
-    if (const auto layout = handles(context())) {
-        if (const auto handle = layout->handleAt(input.screen)) {
-            const BlockPtr block = viewModel().selectedBlocks().front();
-            const Corner *corner = std::get_if<Corner>(&*handle);
-            return corner ? State(Resize{ResizeGesture(block, *corner), *handle}) : State(Rotate{RotateGesture(block)});
-        }
-    }
-    return Press{viewModel().blockAt(input.canvas)};
-}
-
-bool SelectTool::isPastThreshold(const PointerInput &input) const {
-    return (input.screen - m_start.screen).manhattanLength() >= context().dragThreshold();
+bool SelectTool::isDrag(const Press &press, const PointerInput &input) const {
+    const double threshold = context().dragThreshold() * (press.handle ? kHandleThresholdShare : 1);
+    return (input.screen - m_start.screen).manhattanLength() >= threshold;
 }
 
 void SelectTool::move(const PointerInput &input) {
     if (const Press *press = std::get_if<Press>(&m_state)) {
-        if (!isPastThreshold(input)) {
+        if (!isDrag(*press, input)) {
             return;
         }
         // A copy: the new state takes the place of the one that holds it.
-        const BlockPtr block = press->block;
-        m_state = stateOfDrag(block, input);
+        m_state = stateOfDrag(Press(*press), input);
     }
     follow(input);
     m_last = input;
 }
 
-SelectTool::State SelectTool::stateOfDrag(const BlockPtr &block, const PointerInput &input) {
-    if (block) {
-        return viewModel().focusedBlock() == block ? State(Nothing{}) : moveOf(block, input);
+SelectTool::State SelectTool::stateOfDrag(const Press &press, const PointerInput &input) {
+    if (press.handle) {
+        return pullOf(*press.handle);
+    }
+    if (press.block) {
+        return viewModel().focusedBlock() == press.block ? State(Nothing{}) : moveOf(press.block, input);
     }
     if (m_start.modifiers.testFlag(Qt::ShiftModifier)) {
         viewModel().endEditing();
         return Marquee{viewModel().selectedBlocks()};
     }
     return Pan{m_start.screen};
+}
+
+SelectTool::State SelectTool::pullOf(BlockHandle handle) const {
+    // Another machine may have deleted the block since the press.
+    if (!handles(context())) {
+        return Nothing{};
+    }
+    const BlockPtr block = viewModel().selectedBlocks().front();
+    const Corner *corner = std::get_if<Corner>(&handle);
+    return corner ? State(Resize{ResizeGesture(block, *corner), handle}) : State(Rotate{RotateGesture(block)});
 }
 
 SelectTool::State SelectTool::moveOf(const BlockPtr &block, const PointerInput &input) {
@@ -127,28 +133,31 @@ void SelectTool::release(const PointerInput &input) {
     // What follows may ask for the shape of the pointer, which is that of no gesture any more.
     State state = std::exchange(m_state, {});
     std::visit(Overloaded{
-                   [&](const Press &press) { click(press.block); },
+                   [&](const Press &press) {
+                       // A handle reaches into its block; whoever clicks there means the block.
+                       if (press.block || !press.handle) {
+                           click(press.block);
+                       }
+                   },
                    [&](const Marquee &) { context().showMarquee(std::nullopt); },
                    [&](Move &moved) {
                        context().showDrag({}, {});
                        moved.gesture.end(viewModel(), translation(input));
                    },
-                   [&](Resize &resized) {
-                       resized.gesture.end(viewModel(), translation(input));
-                       clickThrough(input);
-                   },
+                   [&](Resize &resized) { resized.gesture.end(viewModel(), translation(input)); },
                    [&](Rotate &rotated) { rotated.gesture.end(viewModel(), translation(input).x()); },
                    [](const auto &) {},
                },
                state);
 }
 
-/// A handle reaches into its block; whoever clicks there and does not pull means the block.
-void SelectTool::clickThrough(const PointerInput &input) {
-    const BlockPtr block = viewModel().blockAt(m_start.canvas);
-    if (translation(input).isNull() && block) {
-        click(block);
+bool SelectTool::interrupt() {
+    if (std::holds_alternative<Pan>(m_state)) {
+        m_state = {};
+        return true;
     }
+    cancel();
+    return false;
 }
 
 void SelectTool::cancel() {

@@ -22,15 +22,19 @@ public:
     void move(const PointerInput &input) override;
     void release(const PointerInput &input) override;
     void cancel() override;
+    bool interrupt() override;
     [[nodiscard]] Qt::CursorShape cursor(const PointerInput &input) const override;
 
     /// The handles of the one selected block; none while it is edited or several are selected.
     [[nodiscard]] static std::optional<HandleLayout> handles(ToolContext &context);
 
 private:
-    /// Not moved far enough yet to be more than a click. Null for empty canvas.
+    /// Not moved far enough yet to be more than a click.
     struct Press {
+        /// Null for empty canvas.
         BlockPtr block;
+        /// Of the selected block.
+        std::optional<BlockHandle> handle;
     };
     struct Pan {
         QPointF last;
@@ -54,14 +58,13 @@ private:
     struct Nothing {};
     using State = std::variant<std::monostate, Press, Pan, Marquee, Move, Resize, Rotate, Nothing>;
 
-    [[nodiscard]] bool isPastThreshold(const PointerInput &input) const;
+    [[nodiscard]] bool isDrag(const Press &press, const PointerInput &input) const;
     [[nodiscard]] QPointF translation(const PointerInput &input) const { return input.canvas - m_start.canvas; }
-    [[nodiscard]] State stateOfPress(const PointerInput &input) const;
-    [[nodiscard]] State stateOfDrag(const BlockPtr &block, const PointerInput &input);
+    [[nodiscard]] State stateOfDrag(const Press &press, const PointerInput &input);
+    [[nodiscard]] State pullOf(BlockHandle handle) const;
     [[nodiscard]] State moveOf(const BlockPtr &block, const PointerInput &input);
     void follow(const PointerInput &input);
     void click(const BlockPtr &block);
-    void clickThrough(const PointerInput &input);
     [[nodiscard]] bool isOnlySelection(const BlockPtr &block) const;
 
     State m_state;

@@ -20,6 +20,12 @@ public:
     virtual void release(const PointerInput &input) = 0;
     /// Puts back everything that the press and the moves have done.
     virtual void cancel() = 0;
+    /// The gesture cannot go on, and nobody has given it up: a second finger came, or the release went elsewhere. A
+    /// tool that loses something by it keeps what is done so far. True when anything is kept.
+    virtual bool interrupt() {
+        cancel();
+        return false;
+    }
     /// The shape of the pointer at this place: over what lies there, or in the middle of a gesture.
     [[nodiscard]] virtual Qt::CursorShape cursor(const PointerInput &input) const = 0;
 

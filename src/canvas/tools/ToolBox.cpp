@@ -62,12 +62,21 @@ void ToolBox::move(const PointerInput &input) {
 }
 
 void ToolBox::release(const PointerInput &input) {
-    Tool *const used = std::exchange(m_pressed, nullptr);
-    if (!used) {
-        return;
+    if (Tool *const used = std::exchange(m_pressed, nullptr)) {
+        used->release(input);
+        endUseOf(*used);
     }
-    used->release(input);
-    if (used != &m_pan && !m_context.viewModel().toolLocked()) {
+}
+
+void ToolBox::interrupt() {
+    Tool *const used = std::exchange(m_pressed, nullptr);
+    if (used && used->interrupt()) {
+        endUseOf(*used);
+    }
+}
+
+void ToolBox::endUseOf(const Tool &used) {
+    if (&used != &m_pan && !m_context.viewModel().toolLocked()) {
         m_context.viewModel().setActiveTool(CanvasTool(CanvasTool::Kind::select));
     }
 }

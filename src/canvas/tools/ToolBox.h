@@ -24,6 +24,7 @@ public:
     void move(const PointerInput &input);
     void release(const PointerInput &input);
     void cancel();
+    void interrupt();
 
     [[nodiscard]] bool isPressed() const { return m_pressed != nullptr; }
     [[nodiscard]] Qt::CursorShape cursor(const PointerInput &input);
@@ -31,6 +32,7 @@ public:
 
 private:
     [[nodiscard]] Tool &activeTool();
+    void endUseOf(const Tool &used);
 
     ToolContext &m_context;
     SelectTool m_select;

@@ -49,7 +49,10 @@ QUrl picturesFolder() {
 } // namespace
 
 ImagePicker::ImagePicker(InfiniteCanvasView &view)
-    : m_view(view) {}
+    : m_view(view) {
+    // It lies in the window, not on the canvas: it would float over the card that turns.
+    connect(&view, &InfiniteCanvasView::turningAway, this, &ImagePicker::close);
+}
 
 ImagePicker::~ImagePicker() = default;
 
@@ -91,6 +94,12 @@ void ImagePicker::show() {
     dress(*m_view.window());
     m_dialog->setProperty("parentWindow", QVariant::fromValue<QWindow *>(m_view.window()));
     QMetaObject::invokeMethod(m_dialog.get(), "open");
+}
+
+void ImagePicker::close() {
+    if (m_dialog && m_dialog->property("visible").toBool()) {
+        QMetaObject::invokeMethod(m_dialog.get(), "close");
+    }
 }
 
 void ImagePicker::handOver() {

@@ -28,6 +28,7 @@ public:
 private Q_SLOTS:
     void handOver();
     void giveBackFocus();
+    void close();
 
 private:
     /// False when it cannot be made.

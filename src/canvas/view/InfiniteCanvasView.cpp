@@ -50,6 +50,7 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
     m_viewModel = &viewModel;
     m_blockKinds = &blockKinds;
     m_notifications = &notifications;
+    m_turn = notifications.observe(events::flipReversing, [this](const Notification &) { handleTurningAway(); });
     connect(viewModel.visibleBlocksModel(), &VisibleBlocksModel::changed, &m_containerRows, &ContainerRows::update);
     connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, &m_containerRows, &ContainerRows::update);
     connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, this, [this] {

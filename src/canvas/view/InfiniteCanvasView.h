@@ -28,8 +28,6 @@ class BlockContainerView;
 class CaretFollower;
 class ImagePicker;
 class MotionPreference;
-class NotificationCenter;
-
 /// The canvas surface: owns the viewport, hands pointer, pen and fingers to the tool in use, and turns keys, input
 /// methods and drops into operations of the model. The QML file that is made on it composes the looks. It is a focus
 /// scope; whoever shows it gives it focus.
@@ -134,6 +132,8 @@ Q_SIGNALS:
     void toolbarRequested();
     /// A note was begun by typing on the empty canvas; it is the one that is edited now.
     void typedAnywhere();
+    /// The card turns back to the desktop: whatever waits for an answer closes.
+    void turningAway();
     /// `block` is null when the menu is that of the canvas. Where on the canvas is the model's `rightClickCursorPos`.
     void contextMenuRequested(QPointF screenPoint, tallowby::Block *block);
 
@@ -158,8 +158,9 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    /// Two fingers.
     struct Pinch {
+        /// Of the two fingers.
+        std::array<int, 2> ids;
         QPointF middle;
         double distance = 0;
     };
@@ -182,11 +183,16 @@ private:
     void cull();
     [[nodiscard]] PointerInput inputAt(QPointF position, Qt::KeyboardModifiers modifiers, double pressure = 1) const;
     [[nodiscard]] PointerInput inputOf(const QPointerEvent &event);
+    [[nodiscard]] PointerInput inputOf(const QEventPoint &point, Qt::KeyboardModifiers modifiers);
     void press(const PointerInput &input, bool isPan);
     void release(const PointerInput &input);
     void cancelGesture();
-    void noteGesture();
-    void pinchBy(const QTouchEvent &event);
+    void interruptGesture();
+    void updateIsGestureRunning();
+    void handleLostRelease(const QMouseEvent &event);
+    void handleTurningAway();
+    void handleFirstFinger(const QEventPoint &finger, Qt::KeyboardModifiers modifiers);
+    void pinchBy(const QEventPoint &first, const QEventPoint &second);
     void awaitRest(QPointF screenPoint);
     void requestContextMenu(QPointF screenPoint);
     void updateCursor();
@@ -230,9 +236,12 @@ private:
     ScheduledCall m_zoomSettling;
     ScheduledCall m_fingerResting;
     QPointF m_fingerStart;
+    /// Of the finger that the tool follows.
+    int m_fingerId = -1;
     CanvasViewModel *m_viewModel = nullptr;
     const BlockKindRegistry *m_blockKinds = nullptr;
     NotificationCenter *m_notifications = nullptr;
+    NotificationCenter::Observation m_turn;
     std::array<std::unique_ptr<QQmlComponent>, kBlockTypeCount> m_bodyComponents;
     QHash<const Block *, BlockContainerView *> m_containers;
     ContainerRows m_containerRows{*this};

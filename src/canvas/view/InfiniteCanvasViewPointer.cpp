@@ -46,7 +46,11 @@ PointerInput InfiniteCanvasView::inputAt(QPointF position, Qt::KeyboardModifiers
 }
 
 PointerInput InfiniteCanvasView::inputOf(const QPointerEvent &event) {
-    m_pointer = inputAt(event.points().first().position(), event.modifiers(), m_penPressure.value_or(1));
+    return inputOf(event.points().first(), event.modifiers());
+}
+
+PointerInput InfiniteCanvasView::inputOf(const QEventPoint &point, Qt::KeyboardModifiers modifiers) {
+    m_pointer = inputAt(point.position(), modifiers, m_penPressure.value_or(1));
     return m_pointer;
 }
 
@@ -68,20 +72,38 @@ void InfiniteCanvasView::press(const PointerInput &input, bool isPan) {
     } else {
         m_tools.press(input);
     }
-    noteGesture();
+    updateIsGestureRunning();
 }
 
 void InfiniteCanvasView::release(const PointerInput &input) {
     m_tools.release(input);
-    noteGesture();
+    updateIsGestureRunning();
 }
 
 void InfiniteCanvasView::cancelGesture() {
     m_tools.cancel();
-    noteGesture();
+    updateIsGestureRunning();
 }
 
-void InfiniteCanvasView::noteGesture() {
+void InfiniteCanvasView::interruptGesture() {
+    m_tools.interrupt();
+    updateIsGestureRunning();
+}
+
+/// The release of the button may never come: it goes to whatever has the pointer by then.
+void InfiniteCanvasView::handleTurningAway() {
+    m_pressedButton = Qt::NoButton;
+    m_fingerResting.cancel();
+    m_pinch.reset();
+    interruptGesture();
+    ungrabMouse();
+    ungrabTouchPoints();
+    setIsBlankHeld(false);
+    setIsHelpVisible(false);
+    Q_EMIT turningAway();
+}
+
+void InfiniteCanvasView::updateIsGestureRunning() {
     if (std::exchange(m_isGestureRunning, m_tools.isPressed()) != m_tools.isPressed()) {
         Q_EMIT isGestureRunningChanged();
     }
@@ -91,6 +113,7 @@ void InfiniteCanvasView::noteGesture() {
 void InfiniteCanvasView::mousePressEvent(QMouseEvent *event) {
     forceActiveFocus(Qt::MouseFocusReason);
     const PointerInput input = inputOf(*event);
+    handleLostRelease(*event);
     if (m_pressedButton != Qt::NoButton) {
         // The first button's gesture goes on.
         return;
@@ -102,8 +125,18 @@ void InfiniteCanvasView::mousePressEvent(QMouseEvent *event) {
 }
 
 void InfiniteCanvasView::mouseMoveEvent(QMouseEvent *event) {
+    handleLostRelease(*event);
     m_tools.move(inputOf(*event));
     updateCursor();
+}
+
+/// The pointer is back, and the button that began the gesture is not down any more, or goes down again.
+void InfiniteCanvasView::handleLostRelease(const QMouseEvent &event) {
+    const bool isHeld = event.buttons().testFlag(m_pressedButton) && event.button() != m_pressedButton;
+    if (m_pressedButton != Qt::NoButton && !isHeld) {
+        m_pressedButton = Qt::NoButton;
+        interruptGesture();
+    }
 }
 
 void InfiniteCanvasView::mouseReleaseEvent(QMouseEvent *event) {
@@ -121,37 +154,46 @@ void InfiniteCanvasView::mouseReleaseEvent(QMouseEvent *event) {
 
 void InfiniteCanvasView::mouseUngrabEvent() {
     m_pressedButton = Qt::NoButton;
-    cancelGesture();
+    interruptGesture();
 }
 
 void InfiniteCanvasView::touchEvent(QTouchEvent *event) {
-    const auto &points = event->points();
-    const bool isEnd = std::ranges::all_of(
-        points, [](const QEventPoint &point) { return point.state() == QEventPoint::State::Released; });
     if (event->type() == QEvent::TouchCancel) {
         touchUngrabEvent();
         return;
     }
-    if (points.size() > 1 || isEnd || QLineF(m_fingerStart, points.front().position()).length() > dragThreshold()) {
+    QList<QEventPoint> down = event->points();
+    down.removeIf([](const QEventPoint &point) { return point.state() == QEventPoint::State::Released; });
+    if (down.size() != 1 || QLineF(m_fingerStart, down.front().position()).length() > dragThreshold()) {
         m_fingerResting.cancel();
     }
-    if (points.size() > 1) {
-        cancelGesture();
-        pinchBy(*event);
-    } else if (event->type() == QEvent::TouchBegin) {
-        forceActiveFocus(Qt::MouseFocusReason);
-        const bool isSelecting = m_viewModel->activeTool().kind() == CanvasTool::Kind::select;
-        press(inputOf(*event), m_hasPen && !isSelecting);
-        if (isSelecting) {
-            awaitRest(points.front().position());
-        }
-    } else if (isEnd) {
-        release(inputOf(*event));
-    } else {
-        m_tools.move(inputOf(*event));
+    if (down.size() > 1) {
+        interruptGesture();
+        pinchBy(down.at(0), down.at(1));
+        return;
     }
-    if (isEnd) {
-        m_pinch.reset();
+    const bool wasPinching = std::exchange(m_pinch, std::nullopt).has_value();
+    if (down.isEmpty()) {
+        release(inputOf(*event));
+    } else if (wasPinching) {
+        // The finger that stays moves the paper on.
+        m_fingerId = down.front().id();
+        press(inputOf(down.front(), event->modifiers()), true);
+    } else if (event->type() == QEvent::TouchBegin || down.front().id() != m_fingerId) {
+        handleFirstFinger(down.front(), event->modifiers());
+    } else {
+        m_tools.move(inputOf(down.front(), event->modifiers()));
+    }
+}
+
+void InfiniteCanvasView::handleFirstFinger(const QEventPoint &finger, Qt::KeyboardModifiers modifiers) {
+    interruptGesture();
+    forceActiveFocus(Qt::MouseFocusReason);
+    m_fingerId = finger.id();
+    const bool isSelecting = m_viewModel->activeTool().kind() == CanvasTool::Kind::select;
+    press(inputOf(finger, modifiers), m_hasPen && !isSelecting);
+    if (isSelecting) {
+        awaitRest(finger.position());
     }
 }
 
@@ -170,12 +212,12 @@ void InfiniteCanvasView::touchUngrabEvent() {
     cancelGesture();
 }
 
-/// Moves and zooms so that what lies under the two fingers stays under them.
-void InfiniteCanvasView::pinchBy(const QTouchEvent &event) {
-    const QLineF fingers(event.points().at(0).position(), event.points().at(1).position());
-    const Pinch pinch{fingers.center(), fingers.length()};
+/// Moves and zooms so that what lies under the two fingers stays under them. Other fingers than before begin anew.
+void InfiniteCanvasView::pinchBy(const QEventPoint &first, const QEventPoint &second) {
+    const QLineF fingers(first.position(), second.position());
+    const Pinch pinch{{first.id(), second.id()}, fingers.center(), fingers.length()};
     const std::optional<Pinch> before = std::exchange(m_pinch, pinch);
-    if (!before) {
+    if (!before || before->ids != pinch.ids) {
         return;
     }
     panBy(pinch.middle - before->middle);

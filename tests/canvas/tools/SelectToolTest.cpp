@@ -122,7 +122,9 @@ TEST_F(SelectingTool, OneOfSeveralTakesTheOthersAlong) {
     EXPECT_EQ(frameOf(*third).topLeft(), QPointF(0, 100));
     canvas.model.undo();
     EXPECT_TRUE(canvas.model.canUndo()) << "one change a block";
-    canvas.model.undo();
+    canvas.model.redo();
+    canvas.model.undoGesture();
+    EXPECT_FALSE(canvas.model.canUndo()) << "and one gesture";
     EXPECT_EQ(frameOf(*first).topLeft(), QPointF(0, 0));
     EXPECT_EQ(frameOf(*second).topLeft(), QPointF(200, 0));
     canvas.drag({10, 110}, {20, 110});
@@ -207,8 +209,12 @@ TEST_F(SelectingTool, AResizeStampsAndSavesAtItsEndOnly) {
     canvas.tools.cancel();
     EXPECT_EQ(frameOf(*block), QRectF(0, 0, 300, 200));
     EXPECT_FALSE(canvas.model.canUndo());
-    canvas.click(handle);
-    EXPECT_FALSE(canvas.model.canUndo()) << "a handle that is only clicked changes nothing";
+    for (const BlockHandle clicked : {BlockHandle(Corner::bottomRight), BlockHandle(RotationHandle{})}) {
+        pull(clicked, {1, 0});
+    }
+    EXPECT_FALSE(canvas.model.canUndo()) << "a handle that is clicked with a shaky hand changes nothing";
+    EXPECT_EQ(frameOf(*block), QRectF(0, 0, 300, 200));
+    EXPECT_TRUE(block->isSelected());
     EXPECT_FALSE(block->needsSync());
     pull(Corner::bottomRight, {50, 50});
     EXPECT_TRUE(block->needsSync());

@@ -44,6 +44,7 @@ void ContextMenuView::setCanvas(InfiniteCanvasView *canvas) {
         m_canvas = canvas;
         if (canvas) {
             connect(canvas, &InfiniteCanvasView::contextMenuRequested, this, &ContextMenuView::openFor);
+            connect(canvas, &InfiniteCanvasView::turningAway, this, &ContextMenuView::close);
         }
         Q_EMIT canvasChanged();
     }
