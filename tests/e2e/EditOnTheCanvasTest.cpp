@@ -5,13 +5,18 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
+#include <QUuid>
 
 #include <cmath>
 
 namespace tallowby::test {
 
 namespace {
+
+constexpr double kGridStep = 50;
 
 /// The record of the note that has this text.
 QJsonObject noteOf(const QJsonArray &notes, const QString &text) {
@@ -47,6 +52,35 @@ QByteArray record(int depth, const QByteArray &kind, QPoint corner, const QByteA
            R"(,"block_type":")" + kind + R"(","tags":[],"is_todo":false,"is_event":false,"created_at":785000000,)" +
            R"("updated_at":785000000,"font_size":16,"text_color":"#000000","rotation":0,"is_bold":false,)" +
            R"("is_italic":false,"is_strikethrough":false)" + more + '}';
+}
+
+/// What the file holds of a grid of shapes around the middle of the screen.
+QJsonArray grid(int columns, int rows) {
+    QJsonArray records;
+    for (int i = 0; i < columns * rows; ++i) {
+        const QString id = QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+        const double x = kGridStep * (i % columns - columns / 2);
+        const double y = kGridStep * (i / columns - rows / 2);
+        records << QJsonObject{{QStringLiteral("id"), id},
+                               {QStringLiteral("user_id"), id},
+                               {QStringLiteral("x_position"), x},
+                               {QStringLiteral("y_position"), y},
+                               {QStringLiteral("width"), kGridStep / 2},
+                               {QStringLiteral("height"), kGridStep / 2},
+                               {QStringLiteral("z_index"), i},
+                               {QStringLiteral("block_type"), QStringLiteral("shape")},
+                               {QStringLiteral("created_at"), 760'000'000},
+                               {QStringLiteral("updated_at"), 760'000'000}};
+    }
+    return records;
+}
+
+QMap<QString, QPointF> placesOf(const QJsonArray &notes) {
+    QMap<QString, QPointF> places;
+    for (const QJsonValue &note : notes) {
+        places.insert(note[u"id"].toString(), {note[u"x_position"].toDouble(), note[u"y_position"].toDouble()});
+    }
+    return places;
 }
 
 } // namespace
@@ -175,6 +209,47 @@ TEST_F(EditOnTheCanvas, EveryGestureReachesTheFileAndUndoTakesAllOfThemBack) {
     EXPECT_TRUE(eventually([&] { return picture(paper) == blank; }));
 }
 
+TEST_F(EditOnTheCanvas, OneUndoTakesBackTenThatWereDraggedAndTwoHundredThatWereDeleted) {
+    ASSERT_TRUE(QDir().mkpath(dataFolder()));
+    QFile file(dataFolder() + QStringLiteral("/blocks.json"));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write(QJsonDocument(grid(20, 10)).toJson());
+    file.close();
+    const auto before = placesOf(notes());
+    ASSERT_EQ(before.size(), 200);
+    const auto becomes = [this](const QMap<QString, QPointF> &places) {
+        return eventually([&] { return placesOf(notes()) == places; });
+    };
+    startProgram();
+    openCanvas();
+    // The left half of the uppermost row.
+    const QPoint corner = kScreenCentre - QPoint(500, 250);
+    keyboard.press(XK_Shift_L);
+    pointer.drag(corner - QPoint(10, 10), corner + QPoint(460, 30));
+    keyboard.release(XK_Shift_L);
+    pointer.drag(corner + QPoint(12, 12), corner + QPoint(12, -88));
+    auto dragged = before;
+    for (QPointF &place : dragged) {
+        place.ry() -= place.y() == -250 && place.x() < 0 ? 100 : 0;
+    }
+    ASSERT_TRUE(becomes(dragged));
+    keyboard.chord(XK_Control_L, XK_z);
+    EXPECT_TRUE(becomes(before));
+    keyboard.chord(XK_Control_L, XK_y);
+    EXPECT_TRUE(becomes(dragged));
+
+    keyboard.chord(XK_Control_L, XK_a);
+    keyboard.tap(XK_Delete);
+    ASSERT_TRUE(becomes({}));
+    keyboard.chord(XK_Control_L, XK_z);
+    EXPECT_TRUE(becomes(dragged));
+    keyboard.chord(XK_Control_L, XK_y);
+    EXPECT_TRUE(becomes({}));
+    keyboard.chord(XK_Control_L, XK_z);
+    keyboard.chord(XK_Control_L, XK_z);
+    EXPECT_TRUE(becomes(before));
+}
+
 TEST_F(EditOnTheCanvas, APictureIsChosenOverTheCanvasAndGivingUpLeavesNothing) {
     startProgram();
     openCanvas();
@@ -188,6 +263,12 @@ TEST_F(EditOnTheCanvas, APictureIsChosenOverTheCanvasAndGivingUpLeavesNothing) {
     keyboard.tap(XK_7);
     pointer.click(place);
     ASSERT_TRUE(eventually([&] { return picture(surroundings) != before; })) << "the dialogue lies over the canvas";
+    closeCanvas();
+    openCanvas();
+    EXPECT_TRUE(eventually([&] { return picture(surroundings) == before; })) << "it went with the turn";
+    keyboard.tap(XK_7);
+    pointer.click(place);
+    ASSERT_TRUE(eventually([&] { return picture(surroundings) != before; }));
     // It is seen a moment before it takes the keyboard.
     ASSERT_TRUE(eventually([&] {
         keyboard.tap(XK_Escape);
