@@ -238,7 +238,7 @@ TEST_F(CanvasGestures, WhatIsUnderWayEndsWhenTheCardTurnsOrTheReleaseIsLost) {
             canvas.moveTo({500, 100});
         },
         [this] {
-            canvas.down({100, 100});
+            canvas.click({100, 100});
         },
     };
     for (const auto &end : ends) {

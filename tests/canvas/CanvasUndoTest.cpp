@@ -194,7 +194,6 @@ TEST_F(CanvasUndo, AGestureComesBackWholeHoweverLargeWithOneLook) {
         add(BlockType::shape, {i * 10.0, 0, 10, 10}, i % 7);
     }
     const auto before = scene();
-    const std::vector<BlockPtr> order = model.blocks();
     const auto deleteAll = [this] {
         model.selectAll();
         model.deleteSelected();
@@ -207,7 +206,7 @@ TEST_F(CanvasUndo, AGestureComesBackWholeHoweverLargeWithOneLook) {
     model.redoGesture();
     EXPECT_TRUE(model.isEmpty());
     EXPECT_FALSE(model.canRedo());
-    const BlockPtr later = model.spawnShape({}, ShapeType::circle);
+    model.spawnShape({}, ShapeType::circle);
     model.undoGesture();
     model.undoGesture();
     EXPECT_TRUE(scene() == before) << "another change has come in between";
