@@ -194,6 +194,31 @@ TEST_F(HotKey, GivesTheKeysBackWhenNoWindowComesUp) {
     EXPECT_TRUE(waitUntil([&] { return editor.typed() == "abc"; })) << editor.typed();
 }
 
+TEST_F(HotKey, LeavesNothingToTheOtherWindowWhenItsOwnIsSlowToGetTheKeyboard) {
+    test::ForeignClient editor("Editor");
+    editor.showAndFocus();
+    LetterWindow panel;
+    panel.setFlag(Qt::WindowDoesNotAcceptFocus);
+    onPress = [&] {
+        // Nobody gives it the keyboard.
+        panel.show();
+        panel.setFlag(Qt::WindowDoesNotAcceptFocus, false);
+    };
+    const HotKeyResult result = registerAltSpace();
+    keyboard.chord(XK_Alt_L, XK_space);
+    keyboard.type(u"abc");
+    ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
+    scheduler.advance(KeyboardHold::kLimit);
+    ASSERT_TRUE(waitUntil([&] {
+        const auto attributes = xcbReply<xcb_get_window_attributes_reply>(
+            x11->handle(), xcb_get_window_attributes(x11->handle(), xcb_window_t(panel.winId())));
+        return attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+    }));
+    scheduler.advance(KeyboardHold::kGrace);
+    EXPECT_TRUE(waitUntil([&] { return panel.typed == u"abc"; })) << panel.typed.toStdString();
+    EXPECT_EQ(editor.typed(), "");
+}
+
 TEST_F(HotKey, OfAProgramThatDiesFreezesNothing) {
     test::ForeignClient editor("Editor");
     editor.showAndFocus();
