@@ -10,6 +10,7 @@
 
 namespace tallowby::test {
 
+using namespace std::chrono_literals;
 using TurnAndType = Desk;
 
 TEST_F(TurnAndType, LettersTypedOnTheHeelsOfTheKeyMakeTheNote) {
@@ -32,6 +33,41 @@ TEST_F(TurnAndType, LettersTypedOnTheHeelsOfTheKeyMakeTheNote) {
     keyboard.type(u"after");
     EXPECT_TRUE(eventually([this] { return other.typed() == u"before after"; })) << qPrintable(other.typed());
     EXPECT_TRUE(notesBecome({QStringLiteral("Ink & Paper")}));
+}
+
+TEST_F(TurnAndType, HastyPressesTakeNothingFromLaterTurns) {
+    startProgram();
+    const auto pressesAndPauses = {
+        std::vector{0ms, 0ms},         // at once
+        std::vector{0ms, 4ms},         // a bounce
+        std::vector{0ms, 40ms, 200ms}, // an impatient finger
+    };
+    QStringList texts;
+    int typings = 0;
+    for (const auto &pauses : pressesAndPauses) {
+        for (const auto pause : pauses) {
+            std::this_thread::sleep_for(pause);
+            pressHotKey();
+        }
+        ASSERT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
+        pressHotKey();
+        std::this_thread::sleep_for(40ms);
+        closeCanvas(); // The card is turning back already.
+        for (int turn = 0; turn < 2; ++turn) {
+            ASSERT_TRUE(eventually([this] { return other.hasFocus(); }));
+            const QString text = QStringLiteral("abcdefghij%1").arg(++typings);
+            pressHotKey();
+            for (const QChar letter : text) {
+                keyboard.type(QStringView(&letter, 1));
+                std::this_thread::sleep_for(12ms);
+            }
+            ASSERT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
+            keyboard.tap(XK_Escape);
+            EXPECT_TRUE(notesBecome(texts << text));
+            closeCanvas();
+        }
+    }
+    EXPECT_EQ(other.typed().toStdString(), "");
 }
 
 TEST_F(TurnAndType, DeadKeysComposeTheFirstLetterAndLaterOnes) {
