@@ -11,14 +11,19 @@ namespace tallowby {
 
 namespace {
 
+/// No record can carry anything else.
+double finite(double number) {
+    return std::isfinite(number) ? number : 0;
+}
+
 SharedBlockFields freshFields(QUuid userId, BlockType type, const QRectF &frame) {
     SharedBlockFields fields(new BlockFields);
     fields->id = QUuid::createUuid();
     fields->userId = userId;
-    fields->xPosition = frame.x();
-    fields->yPosition = frame.y();
-    fields->width = frame.width();
-    fields->height = frame.height();
+    fields->xPosition = finite(frame.x());
+    fields->yPosition = finite(frame.y());
+    fields->width = finite(frame.width());
+    fields->height = finite(frame.height());
     fields->blockType = type;
     fields->createdAt = Timestamp::from(std::chrono::system_clock::now());
     fields->updatedAt = fields->createdAt;
