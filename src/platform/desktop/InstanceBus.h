@@ -34,8 +34,8 @@ public:
 
 [[nodiscard]] std::unique_ptr<InstanceBus> makeInstanceBus();
 
-/// Calls `handler` on the main thread's event loop at SIGTERM and SIGINT, which then no longer end the process at once.
-/// Called once, after the application object exists.
+/// Calls `handler` on the main thread's event loop at SIGTERM, SIGINT and SIGHUP, which then no longer end the process
+/// at once. Called once, after the application object exists.
 void onTerminationSignal(std::function<void()> handler);
 
 } // namespace tallowby

@@ -45,6 +45,12 @@ void onTerminationSignal(std::function<void()> handler) {
     ::sigemptyset(&action.sa_mask);
     ::sigaction(SIGTERM, &action, nullptr);
     ::sigaction(SIGINT, &action, nullptr);
+    // The end of a session sends it right after SIGTERM, and a terminal that closes sends it alone. Whoever started us
+    // with it ignored wants us to live on.
+    struct sigaction before {};
+    if (::sigaction(SIGHUP, nullptr, &before) == 0 && before.sa_handler != SIG_IGN) {
+        ::sigaction(SIGHUP, &action, nullptr);
+    }
 }
 
 } // namespace tallowby
