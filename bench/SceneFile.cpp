@@ -1,7 +1,7 @@
 #include "SceneFile.h"
 
 #include "model/AnyCodable.h"
-#include "storage/BlockFileWriter.h"
+#include "storage/file/BlockFile.h"
 
 #include <QPolygonF>
 #include <QRectF>
@@ -201,8 +201,9 @@ std::vector<SharedBlockFields> sceneRecords(const Scene &scene) {
 }
 
 void writeSceneFile(const Scene &scene, const QString &path) {
-    if (const auto error = BlockFileWriter(path).write(RecordPages(sceneRecords(scene)).snapshot({}))) {
-        std::fprintf(stderr, "cannot write the scene: %s\n", qUtf8Printable(*error));
+    const auto outcome = BlockFile(path).write(RecordPages(sceneRecords(scene)).snapshot({}), {});
+    if (!std::holds_alternative<BlockFile::Change>(outcome)) {
+        std::fprintf(stderr, "cannot write the scene to %s\n", qUtf8Printable(path));
         std::exit(EXIT_FAILURE);
     }
 }

@@ -5,6 +5,8 @@
 #include "app/PermissionManager.h"
 #include "app/feedback/FeedbackWindowController.h"
 #include "app/onboarding/OnboardingWindowController.h"
+#include "app/saving/NotesNotices.h"
+#include "app/saving/SaveNoticeView.h"
 #include "app/settings/SettingsWindowController.h"
 #include "app/shell/MainMenu.h"
 #include "app/shell/StartAtLogin.h"
@@ -24,6 +26,7 @@
 #include "media/VideoRecordingService.h"
 #include "media/VoiceRecordingService.h"
 #include "platform/AppEvents.h"
+#include "platform/ApplicationSupport.h"
 #include "platform/Log.h"
 #include "platform/desktop/ScreenLock.h"
 #include "platform/desktop/StatusArea.h"
@@ -36,9 +39,10 @@
 #include "sync/NetworkHttpClient.h"
 #include "sync/SyncEngine.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSessionManager>
 
 namespace tallowby {
 
@@ -59,7 +63,8 @@ void retire(std::unique_ptr<Controller> &controller) {
 } // namespace
 
 AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
-    : m_supabaseConfig(SupabaseConfig::fromEnvironment())
+    : m_dataFolderLock(applicationSupportFolder())
+    , m_supabaseConfig(SupabaseConfig::fromEnvironment())
     , m_platform(makePlatform(m_scheduler))
     , m_settings(m_defaults, m_notifications, m_platform->displays())
     , m_motionPreference(m_settings, m_platform->motionPreference())
@@ -67,7 +72,10 @@ AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
     , m_startAtLogin(std::make_unique<StartAtLogin>(*m_launchAtLoginManager))
     , m_hotkeyAdvisor(std::make_unique<HotkeyAdvisor>(m_settings, m_platform->hotKeys(), m_scheduler))
     , m_syncStatus(std::make_unique<SyncStatus>(m_scheduler))
-    , m_embeddings(std::make_unique<EmbeddingService>()) {
+    , m_embeddings(std::make_unique<EmbeddingService>())
+    , m_notesNotices(std::make_unique<NotesNotices>(
+          m_scheduler, [this] { return windowServices(); },
+          [this] { return m_flipEngine && m_flipEngine->state() == FlipState::idle; })) {
     m_qmlEngine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     ThemeImageProvider::install(m_qmlEngine);
     const auto dress = [this] { Theme::shared().setAppearance(m_settings.appearance()); };
@@ -76,13 +84,28 @@ AppDelegate::AppDelegate(const PlatformFactory &makePlatform)
 }
 
 AppDelegate::~AppDelegate() {
+    if (m_storage) {
+        m_storage->status().disconnect(this); // Its own end may still save.
+    }
     // Windows that the user is done with stand on what ends here.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void AppDelegate::takeNotes(const std::function<void()> &ready) {
+    if (m_dataFolderLock.take() == DataFolderLock::Outcome::heldByOther) {
+        setupMainMenu();
+        m_notesNotices->showInUse(m_dataFolderLock, ready);
+    } else {
+        ready();
+    }
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
     logLine(u"[AppDelegate] 🚀 Tallowby Ghost App launched");
     setupMainMenu();
+    // The desktop asks before it ends the session, and may end it at once after the answer.
+    connect(
+        qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { saveNotes(); }, Qt::DirectConnection);
     m_launchAtLoginManager->enableIfNeeded();
     m_updaterController = std::make_unique<UpdaterController>(
         windowServices(), [this]() -> HttpClient & { return httpClient(); },
@@ -111,8 +134,10 @@ void AppDelegate::applicationDidFinishLaunching() {
     // Whoever comes back to a locked screen finds the desktop, not what was being written.
     connect(&m_platform->screenLock(), &ScreenLock::drawn, this,
             [this] { m_notifications.post(events::canvasCloseRequested); });
-    m_flipClosedObservation =
-        m_notifications.observe(events::flipClosed, [this](const auto &) { openWaitingWindow(); });
+    m_flipClosedObservation = m_notifications.observe(events::flipClosed, [this](const auto &) {
+        openWaitingWindow();
+        showUnreadableNotes();
+    });
 }
 
 /// Not at launch: until the canvas has been seen once, neither blocks nor network are needed.
@@ -155,6 +180,9 @@ void AppDelegate::initializeApp() {
 }
 
 void AppDelegate::setupMainMenu() {
+    if (m_mainMenu) {
+        return;
+    }
     m_mainMenu = std::make_unique<MainMenu>(QList<MainMenuItem>{
         {tr("Settings…"), Qt::CTRL | Qt::Key_Comma, false, [this] { handle(InstanceCommand::settings); }},
         {tr("Send Feedback…"), {}, false, [this] { onDesktop([this] { openFeedbackSurvey(); }); }},
@@ -199,6 +227,7 @@ void AppDelegate::setupStatusBarItem() {
                           .sendFeedback = [this] { onDesktop([this] { openFeedbackSurvey(); }); },
                           .checkForUpdates = [this] { onDesktop([this] { m_updaterController->checkForUpdates(); }); },
                           .quit = [this] { handle(InstanceCommand::quit); }});
+    updateSaveStatus();
 }
 
 void AppDelegate::openSettings() {
@@ -299,16 +328,21 @@ QQuickItem *AppDelegate::makeCanvas() {
     m_debouncedSaver = std::make_unique<DebouncedSaver>(m_scheduler, *m_storage);
     m_canvasViewModel =
         std::make_unique<CanvasViewModel>(*m_storage, *m_debouncedSaver, m_notifications, m_scheduler, m_pasteboard);
+    connect(m_storage.get(), &BlockStorage::blocksMerged, m_canvasViewModel.get(), &CanvasViewModel::refreshBlocks);
+    connect(&m_storage->status(), &SaveStatus::changed, this, &AppDelegate::updateSaveStatus);
     m_voiceRecording = std::make_unique<VoiceRecordingService>(m_platform->audio(), *m_storage, m_scheduler);
     m_voiceRecording->share();
     m_sessionQueue = std::make_unique<ThreadSessionQueue>(m_scheduler);
     m_videoRecording =
         std::make_unique<VideoRecordingService>(m_platform->video(), *m_sessionQueue, *m_storage, m_scheduler);
     m_videoRecording->share();
-    m_unusedRecordings = std::make_unique<UnusedRecordings>(*m_storage, m_scheduler);
+    m_unusedRecordings = std::make_unique<UnusedRecordings>(*m_storage, m_dataFolderLock, m_scheduler);
     InfiniteCanvasView *view = makeCanvasView(m_qmlEngine, *m_canvasViewModel, m_notifications).release();
     view->setMotionPreference(&m_motionPreference);
     SyncDotView::install(m_qmlEngine, *view, *m_syncStatus);
+    SaveNoticeView::install(m_qmlEngine, *view, m_storage->status());
+    updateSaveStatus();
+    m_notesNotices->follow(*m_storage);
     m_searchOverlay =
         SearchOverlayView::install(m_qmlEngine, *view, {*m_storage, *m_embeddings, m_notifications, m_scheduler});
     CanvasTutorialOverlayView::install(m_qmlEngine, *view, m_defaults);
@@ -322,8 +356,15 @@ QQuickItem *AppDelegate::makeCanvas() {
     return view;
 }
 
-void AppDelegate::applicationWillTerminate() {
-    m_warmUp.cancel();
+void AppDelegate::updateSaveStatus() {
+    if (m_storage && m_statusItem) {
+        m_statusItem->setProblem(m_storage->status().text());
+    }
+}
+
+/// Whatever a person has begun and the program ends in the middle of becomes part of the notes here, before the last
+/// save.
+void AppDelegate::finishWhatIsUnderWay() {
     if (m_canvasViewModel) {
         // An empty text leaves nothing behind.
         m_canvasViewModel->endEditing();
@@ -331,6 +372,19 @@ void AppDelegate::applicationWillTerminate() {
     if (m_voiceRecording) {
         m_voiceRecording->stopRecording();
     }
+}
+
+void AppDelegate::saveNotes() {
+    if (m_storage) {
+        m_debouncedSaver->flush();
+        m_storage->saveNow();
+    }
+}
+
+void AppDelegate::applicationWillTerminate() {
+    m_warmUp.cancel();
+    finishWhatIsUnderWay();
+    saveNotes();
     if (m_hotkeyListener) {
         m_hotkeyListener->stop();
     }
@@ -340,6 +394,7 @@ void AppDelegate::applicationWillTerminate() {
     if (m_syncEngine) {
         m_syncEngine->disconnect();
     }
+    saveNotes(); // Nothing is left to write, unless the end itself has changed something.
     logLine(u"[AppDelegate] 👋 Tallowby Ghost App terminating");
 }
 

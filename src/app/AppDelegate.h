@@ -8,6 +8,7 @@
 #include "platform/UserMotionPreference.h"
 #include "platform/desktop/DesktopPlatform.h"
 #include "platform/desktop/InstanceBus.h"
+#include "storage/DataFolderLock.h"
 #include "sync/SupabaseConfig.h"
 
 #include <QObject>
@@ -33,6 +34,7 @@ class HotkeyListener;
 class HttpClient;
 class LaunchAtLoginManager;
 class MainMenu;
+class NotesNotices;
 class OnboardingWindowController;
 class PermissionManager;
 class SettingsWindowController;
@@ -61,10 +63,15 @@ public:
     explicit AppDelegate(const PlatformFactory &makePlatform = makeDesktopPlatform);
     ~AppDelegate() override;
 
+    /// Makes sure that no other program has the same notes open, then calls `ready`. Where one has, a window says so,
+    /// and `ready` is called when that has changed; the program ends if the window is closed.
+    void takeNotes(const std::function<void()> &ready);
     /// The start-up sequence. Called once, when the event loop is about to run.
     void applicationDidFinishLaunching();
     /// The orderly end, before the application object goes.
     void applicationWillTerminate();
+    /// Writes what the file of notes does not have yet, and waits for it. May be called at any time.
+    void saveNotes();
     /// What another start of the program, a signal or a menu asks for.
     void handle(InstanceCommand command);
 
@@ -92,6 +99,8 @@ private:
     void onDesktop(std::function<void()> open);
     void openWaitingWindow();
     [[nodiscard]] WindowServices windowServices();
+    void updateSaveStatus();
+    void finishWhatIsUnderWay();
     void canvasReady(const Notification &notification);
     void onFirstFlip();
     [[nodiscard]] HttpClient &httpClient();
@@ -100,6 +109,7 @@ private:
     QtScheduler m_scheduler;
     NotificationCenter m_notifications;
     UserDefaults m_defaults;
+    DataFolderLock m_dataFolderLock;
     const SupabaseConfig m_supabaseConfig;
     std::unique_ptr<DesktopPlatform> m_platform;
     AppSettings m_settings;
@@ -138,6 +148,7 @@ private:
     std::unique_ptr<FeedbackWindowController> m_feedbackWindowController;
     std::unique_ptr<UpdaterController> m_updaterController;
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
+    std::unique_ptr<NotesNotices> m_notesNotices;
     std::function<void()> m_waitingWindow;
 
     ScheduledCall m_warmUp;

@@ -12,13 +12,28 @@
 #include <QQuickWindow>
 #include <QTextStream>
 
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 
 namespace tallowby {
 
 namespace {
 
 constexpr int kUsageError = 2;
+/// Another program has the notes open.
+constexpr int kNotesInUse = 3;
+
+/// The one that `saveAtExit` looks after; null before and after it runs.
+AppDelegate *running = nullptr;
+
+/// Qt leaves by exit() when the X server goes, as it may at the end of a session, and nothing that stands on the stack
+/// is ended then.
+void saveAtExit() {
+    if (running) {
+        running->saveNotes();
+    }
+}
 
 QStringList argumentsOf(int argc, char **argv) {
     QStringList arguments;
@@ -58,11 +73,12 @@ int runAgent(int argc, char **argv, LaunchAction action) {
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/tallowby/status-item.svg")));
     registerQmlTypes();
 
-    AppDelegate *running = nullptr;
     const auto bus = makeInstanceBus();
-    const auto claim = bus->claim(commandFor(action), [&running](InstanceCommand command) {
+    const auto claim = bus->claim(commandFor(action), [](InstanceCommand command) {
         if (running) {
             running->handle(command);
+        } else if (command == InstanceCommand::quit) {
+            QCoreApplication::exit();
         }
     });
     if (claim == InstanceBus::Claim::handedOver || action == LaunchAction::quit) {
@@ -70,15 +86,23 @@ int runAgent(int argc, char **argv, LaunchAction action) {
     }
 
     AppDelegate delegate;
-    running = &delegate;
     onTerminationSignal([] { QCoreApplication::exit(); });
-    delegate.applicationDidFinishLaunching();
-    if (action != LaunchAction::run) {
-        delegate.handle(commandFor(action));
-    }
+    // A file that may not grow any more is an error of the write, and no reason to end.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::atexit(saveAtExit);
+    delegate.takeNotes([&delegate, action] {
+        running = &delegate;
+        delegate.applicationDidFinishLaunching();
+        if (action != LaunchAction::run) {
+            delegate.handle(commandFor(action));
+        }
+    });
     const int exitCode = QApplication::exec();
-    running = nullptr;
+    if (!running) {
+        return kNotesInUse;
+    }
     delegate.applicationWillTerminate();
+    running = nullptr;
     return exitCode;
 }
 

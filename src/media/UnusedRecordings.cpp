@@ -2,9 +2,10 @@
 
 #include "platform/ApplicationSupport.h"
 #include "platform/Log.h"
-#include "storage/AtomicFile.h"
 #include "storage/BlockStorage.h"
+#include "storage/DataFolderLock.h"
 #include "storage/MediaStorage.h"
+#include "storage/file/AtomicFile.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -28,7 +29,44 @@ bool isRecording(const QString &name) {
     return pattern.match(name).hasMatch();
 }
 
-/// By file name, when it was first seen that nothing names it.
+constexpr QLatin1StringView kSinceKey("since");
+constexpr QLatin1StringView kLastDayKey("last");
+constexpr QLatin1StringView kDaysKey("days");
+
+/// For how long nothing has named a recording.
+struct Sighting {
+    QDateTime since;
+    QDate lastDay;
+    /// Different days of use.
+    int days = 0;
+
+    Sighting(const QJsonValue &kept, const QDateTime &now)
+        : since(QDateTime::fromString(kept[kSinceKey].toString(), Qt::ISODate))
+        , lastDay(QDate::fromString(kept[kLastDayKey].toString(), Qt::ISODate))
+        , days(kept[kDaysKey].toInt()) {
+        if (!since.isValid() || !lastDay.isValid() || since > now || days < 0) {
+            *this = Sighting(now);
+        } else if (lastDay < now.date()) {
+            lastDay = now.date();
+            ++days;
+        }
+    }
+    [[nodiscard]] bool isOver(const QDateTime &now) const {
+        constexpr auto kDays = UnusedRecordings::kGrace.count();
+        return since.addDays(kDays) <= now && days >= kDays;
+    }
+    [[nodiscard]] QJsonObject kept() const {
+        return {
+            {kSinceKey, since.toString(Qt::ISODate)}, {kLastDayKey, lastDay.toString(Qt::ISODate)}, {kDaysKey, days}};
+    }
+
+private:
+    explicit Sighting(const QDateTime &now)
+        : since(now)
+        , lastDay(now.date()) {}
+};
+
+/// By file name, what was seen of each that nothing names.
 QJsonObject readList(const QString &path) {
     QFile file(path);
     if (!file.open(QFile::ReadOnly) || file.size() > kLongestList) {
@@ -48,21 +86,29 @@ void writeList(const QString &path, const QJsonObject &list) {
         error = file.commit();
     }
     if (error) {
-        logLine(QString(u"[UnusedRecordings] ⚠️ " + *error));
+        logLine(QString(u"[UnusedRecordings] ⚠️ " + error->description));
     }
 }
 
 } // namespace
 
-UnusedRecordings::UnusedRecordings(const BlockStorage &storage, Scheduler &scheduler)
+UnusedRecordings::UnusedRecordings(const BlockStorage &storage, const DataFolderLock &lock, Scheduler &scheduler)
     : m_storage(storage)
+    , m_lock(lock)
     , m_scheduler(scheduler)
     , m_call(scheduler.after(kDelay, [this] { look(); })) {}
+
+/// A file that was set aside, and another program, may name recordings that nothing here does.
+bool UnusedRecordings::areAllBlocksKnown(const QString &folder) const {
+    const QStringList filesKept{QStringLiteral("*.unreadable-*"), QStringLiteral("*.other-*")};
+    return m_lock.isHeld() && m_storage.isComplete() &&
+           QDir(folder).entryList(filesKept, QDir::AllEntries | QDir::Hidden | QDir::System).isEmpty();
+}
 
 void UnusedRecordings::look() {
     const std::optional<QString> support = applicationSupportFolder();
     const std::optional<QString> media = MediaStorage::directory();
-    if (!support || !media) {
+    if (!support || !media || !areAllBlocksKnown(*support)) {
         return;
     }
     QSet<QString> named;
@@ -81,19 +127,16 @@ void UnusedRecordings::look() {
         if (!isRecording(name) || named.contains(name)) {
             continue;
         }
-        QDateTime since = QDateTime::fromString(before[name].toString(), Qt::ISODate);
-        if (!since.isValid() || since > now) {
-            since = now;
-        }
-        if (since.addDays(kGrace.count()) <= now && QFile::remove(*media + u'/' + name)) {
+        const Sighting sighting(before[name], now);
+        if (sighting.isOver(now) && QFile::moveToTrash(*media + u'/' + name)) {
             ++removed;
         } else {
-            after[name] = since.toString(Qt::ISODate);
+            after[name] = sighting.kept();
         }
     }
     if (removed > 0) {
-        logLine(QString(u"[UnusedRecordings] 🗑️ Removed " + QString::number(removed) +
-                        u" recordings that no note has named for 30 days"));
+        logLine(QString(u"[UnusedRecordings] 🗑️ Moved " + QString::number(removed) +
+                        u" recordings to the trash that no note has named for 30 days"));
     }
     if (after != before) {
         writeList(listPath, after);

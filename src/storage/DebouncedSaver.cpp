@@ -17,6 +17,13 @@ void DebouncedSaver::requestSave(std::function<void()> action) {
     m_saveCall = m_scheduler.after(kDebounceInterval, [this] { saveNow(); });
 }
 
+void DebouncedSaver::flush() {
+    if (m_saveCall.isPending()) {
+        m_saveCall.cancel();
+        saveNow();
+    }
+}
+
 void DebouncedSaver::saveNow() {
     if (const auto action = std::exchange(m_pendingAction, nullptr)) {
         action();

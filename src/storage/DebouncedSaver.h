@@ -19,6 +19,8 @@ public:
     /// Runs the action half a second after the last call and asks the store to save. An action replaces the one that
     /// waits; a call without one leaves it waiting.
     void requestSave(std::function<void()> action = nullptr);
+    /// Does at once what still waits, if anything does.
+    void flush();
 
 private:
     void saveNow();

@@ -1,5 +1,6 @@
 #include "storage/SerialQueue.h"
 
+#include <future>
 #include <utility>
 
 #include <pthread.h>
@@ -30,6 +31,12 @@ void SerialQueue::async(std::function<void()> job) {
         m_jobs.push_back(std::move(job));
     }
     m_wakeUp.notify_one();
+}
+
+void SerialQueue::finish() {
+    std::promise<void> reached;
+    async([&reached] { reached.set_value(); });
+    reached.get_future().wait();
 }
 
 void SerialQueue::run(const std::string &label) {

@@ -21,6 +21,8 @@ public:
 
     /// Any thread.
     void async(std::function<void()> job);
+    /// Waits until every job that was handed over so far has run.
+    void finish();
 
 private:
     void run(const std::string &label);

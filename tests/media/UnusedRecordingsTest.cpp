@@ -1,5 +1,6 @@
 #include "media/UnusedRecordings.h"
 #include "storage/BlockStorage.h"
+#include "storage/DataFolderLock.h"
 #include "storage/MediaStorage.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
@@ -18,7 +19,11 @@ using namespace std::chrono_literals;
 
 class UnusedRecordingsTest : public testing::Test {
 protected:
-    UnusedRecordingsTest() { qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit()); }
+    UnusedRecordingsTest() {
+        qputenv("XDG_DATA_HOME", folder.path().toLocal8Bit());
+        EXPECT_TRUE(MediaStorage::directory().has_value());
+        EXPECT_EQ(lock.take(), DataFolderLock::Outcome::taken);
+    }
     ~UnusedRecordingsTest() override { qunsetenv("XDG_DATA_HOME"); }
 
     [[nodiscard]] static QString makeFile(const QString &ending) {
@@ -28,20 +33,29 @@ protected:
     }
     [[nodiscard]] static bool isThere(const QString &name) { return MediaStorage::existingFile(name).has_value(); }
     void restart() {
-        recordings = std::make_unique<UnusedRecordings>(storage, scheduler);
+        recordings = std::make_unique<UnusedRecordings>(storage, lock, scheduler);
         scheduler.advance(1min);
+    }
+    /// The program is started once a day.
+    void useFor(int days) {
+        for (int day = 0; day < days; ++day) {
+            scheduler.advance(24h);
+            restart();
+        }
     }
 
     TemporaryFolder folder;
     LogCapture log;
     VirtualScheduler scheduler;
-    BlockStorage storage{scheduler, std::nullopt};
+    DataFolderLock lock{folder.file(QStringLiteral("Tallowby"))};
+    /// Of the store; the test of a file that cannot be read hands in another.
+    BlockStorage storage{scheduler, folder.file(QStringLiteral("Tallowby/blocks.json"))};
     std::unique_ptr<UnusedRecordings> recordings;
 };
 
 } // namespace
 
-TEST_F(UnusedRecordingsTest, GoAfterThirtyDaysWithoutAName) {
+TEST_F(UnusedRecordingsTest, GoToTheTrashAfterThirtyDaysOfUseWithoutAName) {
     const QString used = makeFile(QStringLiteral(".m4a"));
     const QString replaced = makeFile(QStringLiteral(".m4a"));
     const QString film = makeFile(QStringLiteral(".mp4"));
@@ -51,8 +65,7 @@ TEST_F(UnusedRecordingsTest, GoAfterThirtyDaysWithoutAName) {
     note->setMediaFileName(used);
     storage.insert(note);
     restart();
-    scheduler.advance(29 * 24h);
-    restart();
+    useFor(29);
     EXPECT_TRUE(isThere(replaced) && isThere(film) && isThere(answer));
     note->setDeletedAt(Timestamp::from(scheduler.now()));
     restart();
@@ -60,9 +73,10 @@ TEST_F(UnusedRecordingsTest, GoAfterThirtyDaysWithoutAName) {
     EXPECT_TRUE(isThere(replaced)) << "an undo could still bring its block back";
     restart();
     EXPECT_FALSE(isThere(replaced) || isThere(film) || isThere(answer));
+    EXPECT_TRUE(QFile::exists(folder.file(u"Trash/files/"_qs + film)));
     EXPECT_TRUE(isThere(foreign));
-    EXPECT_EQ(log.lines().last(),
-              QStringLiteral("[UnusedRecordings] 🗑️ Removed 3 recordings that no note has named for 30 days"));
+    EXPECT_TRUE(log.lines().contains(QStringLiteral(
+        "[UnusedRecordings] 🗑️ Moved 3 recordings to the trash that no note has named for 30 days")));
 
     EXPECT_TRUE(isThere(used)) << "its days began when its note was thrown away";
     note->setDeletedAt(std::nullopt);
@@ -70,10 +84,37 @@ TEST_F(UnusedRecordingsTest, GoAfterThirtyDaysWithoutAName) {
     scheduler.advance(31 * 24h);
     note->setDeletedAt(Timestamp::from(scheduler.now()));
     restart();
+    useFor(29);
     EXPECT_TRUE(isThere(used)) << "they begin anew";
-    scheduler.advance(31 * 24h);
-    restart();
+    useFor(1);
     EXPECT_FALSE(isThere(used));
+}
+
+TEST_F(UnusedRecordingsTest, StayWhileAnythingMayStillNameThemAndWhateverTheClockDoes) {
+    const QString recording = makeFile(QStringLiteral(".m4a"));
+    restart();
+    scheduler.advance(10 * 365 * 24h);
+    useFor(20);
+    EXPECT_TRUE(isThere(recording)) << "a clock that was set right is no thirty days of use";
+    for (const QString &name : {u"blocks.json.unreadable-1"_qs, u"blocks.json.other-1"_qs}) {
+        QFile kept(folder.file(u"Tallowby/"_qs + name));
+        ASSERT_TRUE(kept.open(QFile::WriteOnly));
+        useFor(31);
+        EXPECT_TRUE(isThere(recording)) << qPrintable(name);
+        ASSERT_TRUE(kept.remove());
+    }
+    DataFolderLock notOurs(folder.file(QStringLiteral("missing")));
+    UnusedRecordings second(storage, notOurs, scheduler);
+    scheduler.advance(1min);
+    ASSERT_TRUE(QDir(folder.path()).mkpath(u"broken/blocks.json"_qs));
+    BlockStorage broken(scheduler, folder.file(u"broken/blocks.json"_qs));
+    for (int day = 0; day < 31; ++day) {
+        UnusedRecordings third(broken, lock, scheduler);
+        scheduler.advance(24h);
+    }
+    EXPECT_TRUE(isThere(recording));
+    useFor(11);
+    EXPECT_FALSE(isThere(recording));
 }
 
 TEST_F(UnusedRecordingsTest, AListThatWasTamperedWithRemovesNothingEarly) {

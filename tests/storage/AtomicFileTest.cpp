@@ -1,4 +1,4 @@
-#include "storage/AtomicFile.h"
+#include "storage/file/AtomicFile.h"
 #include "support/TemporaryFolder.h"
 
 #include <QDir>
@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
 #include <sys/file.h>
 #include <sys/resource.h>
@@ -65,21 +66,22 @@ private:
 } // namespace
 
 TEST_F(AtomicFileTest, ReplacesTheFileAndKeepsItPrivate) {
-    EXPECT_EQ(replace(path, "old"), std::nullopt);
+    EXPECT_FALSE(replace(path, "old"));
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
-    EXPECT_EQ(replace(path, "new"), std::nullopt);
+    EXPECT_FALSE(replace(path, "new"));
     EXPECT_EQ(contentOf(path), "new");
     EXPECT_EQ(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser), QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_EQ(names(), QStringList{u"blocks.json"_qs});
 }
 
 TEST_F(AtomicFileTest, KeepsTheOldFileWhateverFails) {
-    ASSERT_EQ(replace(path, "old"), std::nullopt);
+    ASSERT_FALSE(replace(path, "old"));
     {
         const FileSizeLimit limit(1'000);
         const auto error = replace(path, std::string(5'000, 'x'));
         ASSERT_TRUE(error);
-        EXPECT_TRUE(error->contains(path)) << qPrintable(*error);
+        EXPECT_TRUE(error->description.contains(path)) << qPrintable(error->description);
+        EXPECT_EQ(error->cause, EFBIG);
     }
     {
         AtomicFile givenUp(path);
@@ -99,7 +101,7 @@ TEST_F(AtomicFileTest, LeavesAReadOnlyFolderAsItIs) {
     if (::geteuid() == 0) {
         GTEST_SKIP() << "nothing is read-only to the superuser";
     }
-    ASSERT_EQ(replace(path, "old"), std::nullopt);
+    ASSERT_FALSE(replace(path, "old"));
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
     EXPECT_TRUE(replace(path, "new"));
     EXPECT_EQ(contentOf(path), "old");
@@ -109,16 +111,16 @@ TEST_F(AtomicFileTest, LeavesAReadOnlyFolderAsItIs) {
 TEST_F(AtomicFileTest, FollowsALinkToTheFile) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(u"elsewhere"_qs));
     const QString real = folder.file(u"elsewhere/blocks.json"_qs);
-    ASSERT_EQ(replace(real, "old"), std::nullopt);
+    ASSERT_FALSE(replace(real, "old"));
     ASSERT_TRUE(QFile::link(real, path));
-    EXPECT_EQ(replace(path, "new"), std::nullopt);
+    EXPECT_FALSE(replace(path, "new"));
     EXPECT_TRUE(QFileInfo(path).isSymLink());
     EXPECT_EQ(contentOf(real), "new");
 }
 
 TEST_F(AtomicFileTest, RemovesLeftoversOfTheDeadOnly) {
     AtomicFile alive(path);
-    ASSERT_EQ(alive.open(), std::nullopt);
+    ASSERT_FALSE(alive.open());
     for (const QString &name :
          {u"blocks.json.saving-abc123"_qs, u"blocks.json.unreadable-1"_qs, u"notes.saving-1"_qs}) {
         QFile file(folder.file(name));
@@ -127,7 +129,7 @@ TEST_F(AtomicFileTest, RemovesLeftoversOfTheDeadOnly) {
     AtomicFile::removeLeftovers(path);
     EXPECT_EQ(names().size(), 3) << qPrintable(names().join(u' '));
     EXPECT_FALSE(names().contains(u"blocks.json.saving-abc123"_qs));
-    EXPECT_EQ(alive.commit(), std::nullopt);
+    EXPECT_FALSE(alive.commit());
 }
 
 } // namespace tallowby

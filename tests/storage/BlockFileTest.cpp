@@ -1,10 +1,13 @@
-#include "storage/BlockFileReader.h"
-#include "storage/BlockFileWriter.h"
+#include "storage/file/BlockFile.h"
+#include "storage/file/BlockFileReader.h"
 #include "support/TemporaryFolder.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
 
 #include <sys/stat.h>
 
@@ -26,8 +29,18 @@ std::vector<SharedBlockFields> records(std::size_t count, const QByteArray &cont
     return all;
 }
 
+BlockFileContent read(const QString &path) {
+    return readBlockFile(path, DeletedRecords::leaveOut);
+}
+
+void write(const QString &path, const std::vector<SharedBlockFields> &records) {
+    QFile::remove(path);
+    const auto outcome = BlockFile(path).write(RecordPages(records).snapshot({}), {});
+    ASSERT_EQ(std::get<BlockFile::Change>(outcome), BlockFile::Change::written);
+}
+
 std::optional<QString> refusal(const QString &path) {
-    const auto content = readBlockFile(path);
+    const auto content = read(path);
     const auto *unreadable = std::get_if<UnreadableBlockFile>(&content);
     return unreadable ? std::optional(unreadable->reason) : std::nullopt;
 }
@@ -42,9 +55,9 @@ TEST(BlockFile, LargeFilesReadTheSameWhereverTheirMiddleLies) {
     const test::TemporaryFolder folder;
     const QString path = folder.file(u"blocks.json"_qs);
     for (const auto &all : {records(15'000, fewItems), records(1, manyItems), records(3, manyItems)}) {
-        ASSERT_EQ(BlockFileWriter(path).write(RecordPages(all).snapshot({})), std::nullopt);
+        write(path, all);
         ASSERT_GT(QFileInfo(path).size(), 5'000'000);
-        const auto content = readBlockFile(path);
+        const auto content = read(path);
         const auto *loaded = std::get_if<LoadedBlocks>(&content);
         ASSERT_TRUE(loaded);
         EXPECT_EQ(loaded->purgedCount, all.size() / 10);
@@ -61,7 +74,7 @@ TEST(BlockFile, LargeFilesReadTheSameWhereverTheirMiddleLies) {
 TEST(BlockFile, ABadRecordInALargeFileIsNamed) {
     const test::TemporaryFolder folder;
     const QString path = folder.file(u"blocks.json"_qs);
-    ASSERT_EQ(BlockFileWriter(path).write(RecordPages(records(20'000, "{}")).snapshot({})), std::nullopt);
+    write(path, records(20'000, "{}"));
     QFile file(path);
     ASSERT_TRUE(file.open(QFile::ReadWrite));
     QByteArray bytes = file.readAll();
@@ -73,12 +86,34 @@ TEST(BlockFile, ABadRecordInALargeFileIsNamed) {
 
 TEST(BlockFile, OnlyAMissingFileCountsAsNone) {
     const test::TemporaryFolder folder;
-    EXPECT_TRUE(std::holds_alternative<std::monostate>(readBlockFile(folder.file(u"none.json"_qs))));
+    EXPECT_TRUE(std::holds_alternative<std::monostate>(read(folder.file(u"none.json"_qs))));
     EXPECT_EQ(refusal(folder.path()), u"it is no ordinary file"_qs);
     const QString pipe = folder.file(u"pipe"_qs);
     ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     EXPECT_EQ(refusal(pipe), u"it is no ordinary file"_qs);
-    EXPECT_TRUE(refusal(pipe + u"/below"));
+    EXPECT_TRUE(std::holds_alternative<FileProblem>(read(pipe + u"/below"))) << "what it holds is not known";
+}
+
+TEST(BlockFile, ANumberThatIsNotFiniteCostsThatNumberOnly) {
+    constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+    const BlockPtr made = std::make_shared<Block>(QUuid(), BlockType::text, QRectF(kNoNumber, 1, HUGE_VAL, 2));
+    EXPECT_EQ(made->xPosition(), 0);
+    EXPECT_EQ(made->width(), 0);
+    auto all = records(3, "{}");
+    all[1]->rotation = kNoNumber;
+    all[1]->updatedAt = Timestamp{HUGE_VAL};
+    all[1]->syncedAt = Timestamp{-HUGE_VAL};
+    all[1]->embedding = {1.0F, std::numeric_limits<float>::infinity()};
+    all[1]->rawText = u"kept"_qs;
+    const test::TemporaryFolder folder;
+    const QString path = folder.file(u"blocks.json"_qs);
+    write(path, all);
+    const auto content = read(path);
+    const auto &loaded = std::get<LoadedBlocks>(content).records;
+    ASSERT_EQ(loaded.size(), 3U);
+    EXPECT_EQ(loaded[1]->rawText, u"kept"_qs);
+    EXPECT_EQ(loaded[1]->rotation, 0);
+    EXPECT_EQ(loaded[1]->embedding, (std::vector{1.0F, 0.0F}));
 }
 
 TEST(RecordPages, ASnapshotRebuildsTheChangedPagesOnly) {

@@ -1,12 +1,16 @@
 #include "storage/BlockStorage.h"
+#include "storage/DataFolderLock.h"
 #include "storage/DebouncedSaver.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
 #include "support/VirtualScheduler.h"
+#include "support/WaitUntil.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSysInfo>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +33,12 @@ protected:
     void open() {
         storage.reset();
         storage = std::make_unique<BlockStorage>(scheduler, path);
+    }
+    [[nodiscard]] bool becomes(SaveStatus::State state) {
+        return test::waitUntil([&] { return storage->status().state() == state; });
+    }
+    [[nodiscard]] bool says(const QString &line) {
+        return test::waitUntil([&] { return log.lines().contains(line); });
     }
     /// Ends the store, which lets the queue finish, and returns what was said until then.
     QStringList close() {
@@ -116,7 +126,7 @@ TEST_F(BlockStorageTest, ABurstOfRequestsIsOneWriteAndPokesTheSyncEachTime) {
     EXPECT_EQ(scheduler.pendingCalls(), 1U);
     scheduler.advance(1ms);
     block->setRawText(u"after the snapshot"_qs);
-    EXPECT_EQ(close(), QStringList{persisted(1)});
+    ASSERT_TRUE(says(persisted(1)));
     EXPECT_TRUE(fileContent().contains("\"raw_text\":\"ab\""));
 }
 
@@ -136,15 +146,51 @@ TEST_F(BlockStorageTest, OnlyChangedBlocksNeedToBeToldApartInLaterSaves) {
     EXPECT_EQ(texts().at(600), u"added"_qs);
 }
 
-TEST_F(BlockStorageTest, ARequestThatStillWaitsAtTheEndIsDropped) {
+TEST_F(BlockStorageTest, WhatStillWaitsAtTheEndIsWritten) {
     open();
-    insertText(u"too late"_qs);
-    scheduler.advance(999ms);
-    const auto survivor = storage->blocks().front();
-    EXPECT_EQ(close(), QStringList());
+    DebouncedSaver saver(scheduler, *storage);
+    const auto survivor = insertText(u"a"_qs);
+    saver.requestSave([&] { survivor->setRawText(u"typed at the last moment"_qs); });
+    saver.flush();
+    saver.flush();
+    EXPECT_EQ(close(), QStringList{persisted(1)});
     EXPECT_EQ(scheduler.pendingCalls(), 0U);
-    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_TRUE(fileContent().contains("typed at the last moment"));
     survivor->setRawText(u"outlives the store"_qs);
+}
+
+TEST_F(BlockStorageTest, NothingIsWrittenThatStandsThereAlready) {
+    open();
+    const auto block = insertText(u"same"_qs);
+    storage->saveNow();
+    open();
+    std::ignore = log.take();
+    const auto same = storage->blocks().front();
+    storage->save();
+    scheduler.advance(1s);
+    same->setXPosition(7);
+    same->setStickyColor(u"blue"_qs);
+    same->setXPosition(0);
+    storage->saveNow();
+    EXPECT_EQ(log.take(), QStringList()) << "it was changed and changed back, and the colour is in no record";
+    ASSERT_TRUE(QFile::remove(path));
+    same->setXPosition(8);
+    same->setXPosition(0);
+    storage->saveNow();
+    EXPECT_EQ(log.take(), QStringList{persisted(1)}) << "unless somebody has taken the file away";
+}
+
+TEST_F(BlockStorageTest, ManyRequestsDuringAWriteAreOneWriteOfTheLatest) {
+    open();
+    const auto block = insertText(u"0"_qs);
+    scheduler.advance(1s);
+    for (int number = 1; number <= 5; ++number) {
+        block->setRawText(QString::number(number)); // The answer of the first write has not been heard yet.
+        storage->save();
+        scheduler.advance(1s);
+    }
+    EXPECT_EQ(close(), (QStringList{persisted(1), persisted(1)}));
+    EXPECT_TRUE(fileContent().contains("\"raw_text\":\"5\""));
 }
 
 TEST_F(BlockStorageTest, WithoutAPlaceNothingIsReadOrWritten) {
@@ -189,10 +235,11 @@ TEST_F(BlockStorageTest, AFileThatCannotBeReadIsKeptUnderAnotherName) {
     EXPECT_EQ(fileContent(), "[{\"id\":7}]") << "until the next save it stays where it is";
     QFile(kept).open(QFile::WriteOnly);
 
-    insertText(u"new"_qs);
-    scheduler.advance(1s);
-    storage->save();
-    scheduler.advance(1s);
+    EXPECT_EQ(storage->status().state(), SaveStatus::State::keptAside);
+    EXPECT_FALSE(storage->isComplete());
+    const auto block = insertText(u"new"_qs);
+    storage->saveNow();
+    block->setIsBold(true);
     EXPECT_EQ(
         close(),
         (QStringList{u"[BlockStorage] 🗄️ Kept the unreadable file as blocks.json.unreadable-20250131-070640-2"_qs,
@@ -235,23 +282,174 @@ TEST_F(BlockStorageTest, WhatCannotBeSetAsideIsNotWrittenOver) {
     insertText(u"new"_qs);
     scheduler.advance(1s);
     const QStringList said = close();
-    ASSERT_EQ(said.size(), 2);
     EXPECT_TRUE(
         said.back().startsWith(u"[BlockStorage] ❌ Background save failed: cannot set aside the unreadable "_qs));
     EXPECT_EQ(fileContent(), "broken");
 }
 
-TEST_F(BlockStorageTest, AFailedSaveIsSaidInOneLine) {
+TEST_F(BlockStorageTest, AFailedSaveIsSaidAndTriedAgainUntilItSucceeds) {
     open();
     const QString parent = QFileInfo(path).path();
-    QFile obstacle(parent);
-    ASSERT_TRUE(obstacle.open(QFile::WriteOnly));
+    ASSERT_TRUE(QFile(parent).open(QFile::WriteOnly));
     insertText(u"kept in memory"_qs);
     scheduler.advance(1s);
-    const QStringList said = close();
-    ASSERT_EQ(said.size(), 1);
+    ASSERT_TRUE(becomes(SaveStatus::State::notSaved));
+    EXPECT_EQ(storage->status().text(), u"Notes cannot be saved: the folder cannot be reached. Trying again…"_qs);
+    for (const auto wait : {2s, 4s, 8s, 16s, 32s, 60s, 60s}) {
+        ASSERT_EQ(scheduler.pendingCalls(), 1U);
+        const auto tries = log.lines().size();
+        scheduler.advance(wait - 1ms);
+        EXPECT_EQ(scheduler.pendingCalls(), 1U) << wait.count();
+        scheduler.advance(1ms);
+        ASSERT_TRUE(test::waitUntil([&] { return log.lines().size() > tries && scheduler.pendingCalls() == 1; }));
+    }
+    const QStringList said = log.take();
+    EXPECT_EQ(said.size(), 8);
     EXPECT_TRUE(
         said.back().startsWith(u"[BlockStorage] ❌ Background save failed: cannot create a file beside "_qs + path));
+    ASSERT_TRUE(QFile::remove(parent));
+    scheduler.advance(60s);
+    EXPECT_TRUE(becomes(SaveStatus::State::good));
+    EXPECT_EQ(scheduler.pendingCalls(), 0U);
+    EXPECT_EQ(close(), QStringList{persisted(1)});
+}
+
+TEST_F(BlockStorageTest, AFileThatCannotBeReachedIsWaitedForAndJoinedWithWhatWasMadeMeanwhile) {
+    open();
+    const auto known = insertText(u"known"_qs);
+    close();
+    const QString parent = QFileInfo(path).path();
+    const QString away = folder.file(u"away"_qs);
+    const auto takeAway = [&] { return QDir().rename(parent, away) && QFile(parent).open(QFile::WriteOnly); };
+    const auto bringBack = [&] { return QFile::remove(parent) && QDir().rename(away, parent); };
+    ASSERT_TRUE(takeAway());
+    open();
+    EXPECT_EQ(storage->status().text(), u"Notes cannot be read: the folder cannot be reached. Trying again…"_qs);
+    EXPECT_FALSE(storage->isComplete());
+    insertText(u"meanwhile"_qs);
+    scheduler.advance(1s);
+    int merged = 0;
+    QObject::connect(storage.get(), &BlockStorage::blocksMerged, [&merged] { ++merged; });
+    ASSERT_TRUE(bringBack());
+    scheduler.advance(1s);
+    ASSERT_TRUE(becomes(SaveStatus::State::good));
+    EXPECT_EQ(merged, 1);
+    EXPECT_EQ(texts(), (QStringList{u"meanwhile"_qs, u"known"_qs}));
+    close();
+    open();
+    EXPECT_EQ(storage->blocks().size(), 2U);
+
+    // Not even until the end: kept beside the file, and joined by the next start.
+    close();
+    const QString link = path + u".real";
+    ASSERT_TRUE(QFile::rename(path, link) && QFile::link(path + u"/nowhere", path + u".loop"));
+    ASSERT_TRUE(QFile::rename(path + u".loop", path)); // A link that leads through itself.
+    open();
+    EXPECT_EQ(storage->status().state(), SaveStatus::State::notRead);
+    insertText(u"until the end"_qs);
+    close();
+    ASSERT_TRUE(QFile::remove(path) && QFile::rename(link, path));
+    open();
+    EXPECT_EQ(storage->blocks().size(), 3U);
+    EXPECT_TRUE(QFile::exists(path + u".unjoined"));
+    close();
+    EXPECT_FALSE(QFile::exists(path + u".unjoined"));
+    EXPECT_TRUE(fileContent().contains("until the end"));
+}
+
+TEST_F(BlockStorageTest, TwoStoresOnOneFileLoseNothingOfEachOther) {
+    open();
+    const auto shared = insertText(u"shared"_qs);
+    const auto thrownAway = insertText(u"thrown away"_qs);
+    storage->saveNow();
+    BlockStorage other(scheduler, path);
+    const auto later = [&](double seconds) { return Timestamp{shared->updatedAt().secondsSinceReference + seconds}; };
+    const auto theirs = other.findById(shared->id());
+    theirs->setRawText(u"changed there"_qs);
+    theirs->setFontSize(30);
+    theirs->setUpdatedAt(later(2));
+    other.findById(thrownAway->id())->setDeletedAt(later(3));
+    other.insert(Block::text(kUserId, {}, u"made there"_qs));
+    other.saveNow();
+
+    shared->setRawText(u"changed here, but before"_qs);
+    shared->setUpdatedAt(later(1));
+    insertText(u"made here"_qs);
+    storage->saveNow();
+    EXPECT_EQ(shared->rawText(), u"changed there"_qs);
+    EXPECT_EQ(shared->fontSize(), 30);
+    EXPECT_TRUE(shared->needsSync());
+    EXPECT_FALSE(thrownAway->isLive());
+    EXPECT_EQ(texts(), (QStringList{u"changed there"_qs, u"thrown away"_qs, u"made here"_qs, u"made there"_qs}));
+
+    theirs->setRawText(u"and once more"_qs);
+    theirs->setUpdatedAt(later(4));
+    other.saveNow();
+    EXPECT_EQ(other.blocks().size(), 4U);
+    scheduler.advance(1s);
+    open();
+    EXPECT_EQ(texts(), (QStringList{u"and once more"_qs, u"made there"_qs, u"made here"_qs}));
+
+    putFile("no notes");
+    insertText(u"after that"_qs);
+    close();
+    EXPECT_TRUE(fileContent().contains("after that"));
+    path += u".other-20250131-070641";
+    EXPECT_EQ(fileContent(), "no notes");
+}
+
+TEST_F(BlockStorageTest, AFileThatWasSetAsideCanBeRepairedAndReadAgain) {
+    open();
+    insertText(u"old"_qs);
+    close();
+    const QByteArray whole = fileContent();
+    putFile(whole.chopped(1));
+    open();
+    insertText(u"new"_qs);
+    storage->saveNow();
+    QString why;
+    QObject::connect(storage.get(), &BlockStorage::keptAsideUnreadable,
+                     [&why](const QString &reason) { why = reason; });
+    storage->readKeptAside();
+    EXPECT_TRUE(test::waitUntil([&] { return !why.isEmpty(); }));
+
+    const QString place = path;
+    path += u".unreadable-20250131-070640";
+    putFile(whole);
+    storage->readKeptAside();
+    ASSERT_TRUE(becomes(SaveStatus::State::good));
+    EXPECT_TRUE(storage->isComplete());
+    EXPECT_FALSE(QFile::exists(path));
+    close();
+    path = place;
+    open();
+    EXPECT_EQ(texts(), (QStringList{u"new"_qs, u"old"_qs}));
+}
+
+TEST(DataFolderLock, OneProgramHasAFolderAndADeadOneHasNone) {
+    const test::TemporaryFolder folder;
+    DataFolderLock lock(folder.path());
+    ASSERT_EQ(lock.take(), DataFolderLock::Outcome::taken);
+    DataFolderLock second(folder.path());
+    EXPECT_EQ(second.take(), DataFolderLock::Outcome::heldByOther);
+    EXPECT_EQ(second.holder().process, QCoreApplication::applicationPid());
+    EXPECT_EQ(second.takeFromElsewhere(), DataFolderLock::Outcome::heldByOther) << "it is here, and alive";
+    EXPECT_EQ(DataFolderLock(folder.file(u"missing"_qs)).take(), DataFolderLock::Outcome::unavailable);
+
+    const test::TemporaryFolder left;
+    const auto leave = [&left](const QString &computer) {
+        QFile file(left.file(u"lock"_qs));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write(QString(u"999999999\ntallowby\n" + computer + u'\n').toUtf8());
+    };
+    DataFolderLock next(left.path());
+    leave(u"another.computer"_qs);
+    EXPECT_EQ(next.take(), DataFolderLock::Outcome::heldByOther) << "nobody here can look whether it lives";
+    EXPECT_TRUE(next.holder().isElsewhere);
+    EXPECT_EQ(next.takeFromElsewhere(), DataFolderLock::Outcome::taken);
+    next = DataFolderLock(left.path());
+    leave(QSysInfo::machineHostName());
+    EXPECT_EQ(next.take(), DataFolderLock::Outcome::taken);
 }
 
 TEST_F(BlockStorageTest, EditsAreGatheredBeforeTheyReachTheStore) {

@@ -2,12 +2,13 @@
 // every block has the number of the save as its place in the stack. Says "." after each
 // save, for as long as somebody listens.
 
-#include "storage/BlockFileWriter.h"
+#include "storage/file/BlockFile.h"
 
 #include <QFile>
 
 #include <csignal>
 #include <cstdio>
+#include <tuple>
 
 #include <unistd.h>
 
@@ -20,7 +21,8 @@ int main(int argc, char **argv) {
     }
     // Nobody listens any more after the saves that were waited for.
     std::signal(SIGPIPE, SIG_IGN);
-    BlockFileWriter writer(QFile::decodeName(argv[1]));
+    BlockFile file(QFile::decodeName(argv[1]));
+    std::ignore = file.load(DeletedRecords::leaveOut);
     std::vector<SharedBlockFields> blocks;
     for (std::size_t place = 0; place < kBlockCount; ++place) {
         blocks.emplace_back(new BlockFields)->rawText = QStringLiteral("block %1").arg(place);
@@ -29,8 +31,9 @@ int main(int argc, char **argv) {
         for (auto &fields : blocks) {
             fields->zIndex = generation;
         }
-        if (const auto error = writer.write(RecordPages(blocks).snapshot({}))) {
-            std::fprintf(stderr, "%s\n", qUtf8Printable(*error));
+        const auto outcome = file.write(RecordPages(blocks).snapshot({}), {});
+        if (const auto *problem = std::get_if<FileProblem>(&outcome)) {
+            std::fprintf(stderr, "%s\n", qUtf8Printable(problem->description));
             return 1;
         }
         [[maybe_unused]] const auto heard = ::write(STDOUT_FILENO, ".", 1);

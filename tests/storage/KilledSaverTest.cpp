@@ -1,5 +1,5 @@
-#include "storage/BlockFileReader.h"
-#include "storage/BlockFileWriter.h"
+#include "storage/file/BlockFile.h"
+#include "storage/file/BlockFileReader.h"
 #include "support/TemporaryFolder.h"
 
 #include <QDir>
@@ -78,7 +78,7 @@ TEST(KilledSaver, LeavesAWholeFileWheneverItIsKilled) {
             ASSERT_TRUE(saver.hasSaved());
             ::usleep(useconds_t(random() % kLongestWaitInMicroseconds)); // The moment of the kill is what is tested.
         }
-        const auto content = readBlockFile(path);
+        const auto content = readBlockFile(path, DeletedRecords::leaveOut);
         const auto *loaded = std::get_if<LoadedBlocks>(&content);
         ASSERT_TRUE(loaded) << "round " << round;
         ASSERT_EQ(loaded->records.size(), 300U);
@@ -88,7 +88,7 @@ TEST(KilledSaver, LeavesAWholeFileWheneverItIsKilled) {
         generations.insert(generation);
     }
     EXPECT_GT(generations.size(), 2U) << "the kills must come at different moments to prove anything";
-    const BlockFileWriter nextStart(path);
+    const BlockFile nextStart(path);
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("blocks.json")});
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+class QAction;
 class QMenu;
 class QSystemTrayIcon;
 
@@ -30,13 +31,21 @@ public:
     StatusItem(StatusArea &area, StatusItemActions actions);
     ~StatusItem() override;
 
+    /// Stands at the top of the menu and in the tip, and is told once by the desktop; empty when all is well.
+    void setProblem(const QString &text);
+
 private:
     void makeMenu();
     void show();
+    void updateProblem();
 
     const StatusItemActions m_actions;
     std::unique_ptr<QMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_icon;
+    QString m_problem;
+    QAction *m_firstRow = nullptr;
+    QAction *m_problemRow = nullptr;
+    QAction *m_problemSeparator = nullptr;
 };
 
 } // namespace tallowby

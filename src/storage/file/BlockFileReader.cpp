@@ -1,4 +1,4 @@
-#include "storage/BlockFileReader.h"
+#include "storage/file/BlockFileReader.h"
 
 #include "model/BlockRecordReader.h"
 #include "model/TimestampCoding.h"
@@ -55,7 +55,10 @@ struct Range {
     std::size_t end;
 };
 
-using Outcome = std::variant<LoadedBlocks, UnreadableBlockFile>;
+FileProblem failure(const QString &step) {
+    const int cause = errno;
+    return {step + u": " + qt_error_string(cause), cause};
+}
 
 /// Fills `[into, into + range length)`; false with errno set when the file cannot be read or is shorter than it was.
 bool readRange(int descriptor, Range range, char *into) {
@@ -75,25 +78,26 @@ bool readRange(int descriptor, Range range, char *into) {
 }
 
 /// Decodes one array: `before`, the bytes of the range and `after` in a row.
-Outcome decode(int descriptor, Range range, std::string_view before, std::string_view after) {
+BlockFileContent decode(int descriptor, DeletedRecords deleted, Range range, std::string_view before,
+                        std::string_view after) {
     const std::size_t length = range.end - range.begin;
     JsonBuffer document(before.size() + length + after.size());
     before.copy(document.data(), before.size());
     if (!readRange(descriptor, range, document.data() + before.size())) {
-        return UnreadableBlockFile{QStringLiteral("cannot read the file: ") + qt_error_string(errno)};
+        return failure(QStringLiteral("cannot read the file"));
     }
     after.copy(document.data() + before.size() + length, after.size());
 
     LoadedBlocks loaded;
-    const auto keep = [&loaded](BlockDTO record) {
-        if (record.deletedAt) {
+    const auto keep = [&loaded, deleted](BlockDTO record) {
+        if (record.deletedAt && deleted == DeletedRecords::leaveOut) {
             ++loaded.purgedCount;
         } else {
             loaded.records.push_back(std::move(record).toFields());
         }
     };
     if (auto refusal = BlockRecordReader(kFileTimestamps).read(document, keep)) {
-        return UnreadableBlockFile{*std::move(refusal)};
+        return UnreadableBlockFile{*std::move(refusal), {}};
     }
     return loaded;
 }
@@ -117,13 +121,15 @@ std::optional<std::size_t> likelySeam(int descriptor, std::size_t size) {
 /// Both halves at once. When each of "[ … first half ]" and "[second half …" decodes as an array of its own, then the
 /// comma between them did stand between two records and the file is the one array of them all; when the guess was
 /// wrong, one of them fails and nothing is returned.
-std::optional<LoadedBlocks> decodeHalves(int descriptor, std::size_t size) {
+std::optional<LoadedBlocks> decodeHalves(int descriptor, DeletedRecords deleted, std::size_t size) {
     const auto seam = likelySeam(descriptor, size);
     if (!seam) {
         return std::nullopt;
     }
-    auto secondHalf = std::async(std::launch::async, [&] { return decode(descriptor, {*seam + 1, size}, "[", ""); });
-    auto first = decode(descriptor, {0, *seam}, "", "]");
+    auto secondHalf = std::async(std::launch::async, [&] {
+        return decode(descriptor, deleted, {*seam + 1, size}, "[", "");
+    });
+    auto first = decode(descriptor, deleted, {0, *seam}, "", "]");
     auto second = secondHalf.get();
     auto *loaded = std::get_if<LoadedBlocks>(&first);
     auto *rest = std::get_if<LoadedBlocks>(&second);
@@ -136,35 +142,38 @@ std::optional<LoadedBlocks> decodeHalves(int descriptor, std::size_t size) {
     return std::move(*loaded);
 }
 
-} // namespace
-
-BlockFileContent readBlockFile(const QString &path) {
-    const Descriptor file(path);
-    if (file.value() < 0) {
-        // Only a file that is certainly not there may be written anew.
-        if (errno == ENOENT) {
-            return std::monostate();
-        }
-        return UnreadableBlockFile{QStringLiteral("cannot open the file: ") + qt_error_string(errno)};
-    }
-    struct stat status {};
-    if (::fstat(file.value(), &status) < 0) {
-        return UnreadableBlockFile{QStringLiteral("cannot read the file: ") + qt_error_string(errno)};
-    }
+BlockFileContent read(int descriptor, const struct stat &status, DeletedRecords deleted) {
     if (!S_ISREG(status.st_mode)) {
-        return UnreadableBlockFile{QStringLiteral("it is no ordinary file")};
+        return UnreadableBlockFile{QStringLiteral("it is no ordinary file"), {}};
     }
     const auto size = std::size_t(status.st_size);
     if (size >= kWorthSplitting && std::thread::hardware_concurrency() > 1) {
-        if (auto loaded = decodeHalves(file.value(), size)) {
+        if (auto loaded = decodeHalves(descriptor, deleted, size)) {
             return *std::move(loaded);
         }
     }
-    auto outcome = decode(file.value(), {0, size}, "", "");
-    if (auto *loaded = std::get_if<LoadedBlocks>(&outcome)) {
-        return std::move(*loaded);
+    return decode(descriptor, deleted, {0, size}, "", "");
+}
+
+} // namespace
+
+BlockFileContent readBlockFile(const QString &path, DeletedRecords deleted) {
+    const Descriptor file(path);
+    if (file.value() < 0) {
+        // Only a file that is certainly not there may be written anew.
+        return errno == ENOENT ? BlockFileContent() : failure(QStringLiteral("cannot open the file"));
     }
-    return std::get<UnreadableBlockFile>(std::move(outcome));
+    struct stat status {};
+    if (::fstat(file.value(), &status) < 0) {
+        return failure(QStringLiteral("cannot read the file"));
+    }
+    BlockFileContent content = read(file.value(), status, deleted);
+    if (auto *loaded = std::get_if<LoadedBlocks>(&content)) {
+        loaded->identity = FileIdentity(status);
+    } else if (auto *unreadable = std::get_if<UnreadableBlockFile>(&content)) {
+        unreadable->identity = FileIdentity(status);
+    }
+    return content;
 }
 
 } // namespace tallowby

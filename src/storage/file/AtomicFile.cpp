@@ -1,4 +1,4 @@
-#include "storage/AtomicFile.h"
+#include "storage/file/AtomicFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tallowby {
@@ -29,6 +30,11 @@ int closeWhole(int descriptor) {
     // A close that a signal interrupts has still closed the file.
     const int result = ::close(descriptor);
     return result < 0 && errno == EINTR ? 0 : result;
+}
+
+/// Some file systems of networks and of user space cannot sync a folder. The file is in its place all the same.
+bool isSyncUnsupported(int error) {
+    return error == EINVAL || error == ENOTSUP;
 }
 
 } // namespace
@@ -68,7 +74,8 @@ AtomicFile::Error AtomicFile::write(std::string_view bytes) {
 }
 
 AtomicFile::Error AtomicFile::commit() {
-    if (::fsync(m_descriptor) < 0) {
+    struct stat status {};
+    if (::fsync(m_descriptor) < 0 || ::fstat(m_descriptor, &status) < 0) {
         return failure(QStringLiteral("cannot sync the file beside"));
     }
     if (closeWhole(std::exchange(m_descriptor, -1)) < 0) {
@@ -78,17 +85,21 @@ AtomicFile::Error AtomicFile::commit() {
         return failure(QStringLiteral("cannot replace"));
     }
     m_temporary.clear();
+    m_placed = FileIdentity(status);
+    return syncFolder();
+}
+
+AtomicFile::Error AtomicFile::syncFolder() const {
     const int folder = ::open(m_folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder < 0) {
         return failure(QStringLiteral("cannot open the folder of"));
     }
-    if (::fsync(folder) < 0) {
-        auto error = failure(QStringLiteral("cannot sync the folder of"));
-        closeWhole(folder);
-        return error;
+    Error error;
+    if (::fsync(folder) < 0 && !isSyncUnsupported(errno)) {
+        error = failure(QStringLiteral("cannot sync the folder of"));
     }
     closeWhole(folder);
-    return std::nullopt;
+    return error;
 }
 
 void AtomicFile::removeLeftovers(const QString &target) {
@@ -108,9 +119,9 @@ void AtomicFile::removeLeftovers(const QString &target) {
     }
 }
 
-AtomicFile::Error AtomicFile::failure(const QString &step) const {
+FileProblem AtomicFile::failure(const QString &step) const {
     const int cause = errno;
-    return step + u' ' + QFile::decodeName(m_target) + u": " + qt_error_string(cause);
+    return {step + u' ' + QFile::decodeName(m_target) + u": " + qt_error_string(cause), cause};
 }
 
 void AtomicFile::discard() {

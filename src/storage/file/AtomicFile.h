@@ -1,5 +1,8 @@
 #pragma once
 
+#include "storage/file/FileIdentity.h"
+#include "storage/file/FileProblem.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -13,8 +16,7 @@ namespace tallowby {
 /// there, never a part of one. A symbolic link is followed, so that the link stays one. One thread at a time.
 class AtomicFile {
 public:
-    /// An error is a text that names the step, the file and the cause.
-    using Error = std::optional<QString>;
+    using Error = std::optional<FileProblem>;
 
     explicit AtomicFile(const QString &target);
     /// Without `commit` the target stays as it was and the temporary file goes.
@@ -24,20 +26,24 @@ public:
 
     [[nodiscard]] Error open();
     [[nodiscard]] Error write(std::string_view bytes);
-    /// After an error the target may be the new file only if it was the folder that could not be synced.
     [[nodiscard]] Error commit();
+    /// The identity of the new file once it has taken the name. After a failed `commit` there is one only if it was the
+    /// folder that could not be synced.
+    [[nodiscard]] const std::optional<FileIdentity> &placed() const { return m_placed; }
 
     /// Removes the temporary files that killed processes left beside `target`; those of a running one stay.
     static void removeLeftovers(const QString &target);
 
 private:
-    Error failure(const QString &step) const;
+    FileProblem failure(const QString &step) const;
+    [[nodiscard]] Error syncFolder() const;
     void discard();
 
     QByteArray m_target;
     QByteArray m_folder;
     QByteArray m_temporary;
     int m_descriptor = -1;
+    std::optional<FileIdentity> m_placed;
 };
 
 } // namespace tallowby
