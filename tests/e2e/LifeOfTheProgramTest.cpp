@@ -1,11 +1,15 @@
 #include "e2e/Desk.h"
 #include "e2e/Waiting.h"
+#include "e2e/WindowList.h"
+#include "support/bus/TrayHost.h"
 
 #include <X11/keysym.h>
 
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <csignal>
 
@@ -110,6 +114,101 @@ TEST_F(LifeOfTheProgram, AFileThatCannotBeReadIsSetAsideAndNotLost) {
     QFile aside(dataFolder() + u'/' + asides.first());
     ASSERT_TRUE(aside.open(QFile::ReadOnly));
     EXPECT_EQ(aside.readAll(), QByteArray("[{\"id\": \"half a rec"));
+}
+
+TEST_F(LifeOfTheProgram, WhatWasJustTypedIsKeptHoweverItEnds) {
+    // The last one is what some sessions do at their end: the X server goes, and with it its programs.
+    const QString texts[] = {u"by signal"_qs, u"by terminal"_qs, u"by command"_qs, u"with the session"_qs};
+    QStringList kept;
+    for (const QString &text : texts) {
+        startProgram();
+        openCanvas();
+        pointer.moveTo(QPoint(200, 150 + 90 * int(kept.size())));
+        keyboard.type(text);
+        const QRect written(200, 120 + 90 * int(kept.size()), 300, 80);
+        ASSERT_TRUE(eventually([&] { return inkIn(written) > 0.01; }));
+        kept << text;
+        if (text == texts[3]) {
+            session.endServer();
+            std::ignore = program().exitCode();
+        } else if (text == texts[2]) {
+            EXPECT_EQ(command(QStringLiteral("--quit")), 0);
+            EXPECT_EQ(program().exitCode(), 0);
+        } else {
+            program().send(text == texts[0] ? SIGTERM : SIGHUP);
+            EXPECT_EQ(program().exitCode(), 0);
+        }
+        EXPECT_TRUE(notesBecome(kept)) << qPrintable(text);
+    }
+}
+
+TEST_F(LifeOfTheProgram, ADiskThatIsFullIsSaidAndNeedsNoFurtherEditWhenThereIsRoomAgain) {
+    startProgram();
+    TrayHost tray(environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")));
+    ASSERT_TRUE(eventually([&] { return tray.items().size() == 1; }));
+    openCanvas();
+    const QRect corner(kScreenSize.width() / 2, 0, kScreenSize.width() / 2 - 100, 60);
+    EXPECT_LT(inkIn(corner), 0.005);
+    program().limitFiles(10);
+    keyboard.type(u"kept all the same");
+    ASSERT_TRUE(program().says(u"[BlockStorage] ❌ Background save failed: cannot write beside "));
+    EXPECT_TRUE(eventually([&] { return inkIn(corner) > 0.01; })) << "the canvas says so";
+    const auto firstRow = [&] { return tray.menu(tray.items().first()).at(0).label; };
+    EXPECT_TRUE(eventually([&] { return firstRow().startsWith(u"Notes cannot be saved: "); }))
+        << qPrintable(firstRow());
+    ASSERT_TRUE(program().says(u"[BlockStorage] ❌ Background save failed: "));
+    program().limitFiles(std::nullopt);
+    EXPECT_TRUE(notesBecome({QStringLiteral("kept all the same")}));
+    EXPECT_TRUE(eventually([&] { return inkIn(corner) < 0.005; }));
+    EXPECT_TRUE(eventually([&] { return firstRow() == u"Settings…"; })) << qPrintable(firstRow());
+}
+
+TEST_F(LifeOfTheProgram, ASecondProgramOnTheSameNotesSaysSoAndLeavesThemAlone) {
+    startProgram();
+    openCanvas();
+    keyboard.type(u"mine");
+    ASSERT_TRUE(notesBecome({QStringLiteral("mine")}));
+    closeCanvas();
+    QProcessEnvironment elsewhere = environment();
+    elsewhere.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nowhere"));
+    Program second(elsewhere);
+    ASSERT_TRUE(second.says(u"[AppDelegate] ❌ Another Tallowby has the notes open: process "))
+        << qPrintable(second.output());
+    WindowList windows(session.display());
+    ASSERT_TRUE(
+        eventually([&] { return windows.isActive(QStringLiteral("Your notes are open in another Tallowby")); }));
+    keyboard.tap(XK_Escape);
+    EXPECT_EQ(second.exitCode(), 3);
+
+    Program third(elsewhere);
+    ASSERT_TRUE(third.says(u"[AppDelegate] ❌ Another Tallowby has the notes open: process "));
+    ASSERT_TRUE(
+        eventually([&] { return windows.isActive(QStringLiteral("Your notes are open in another Tallowby")); }));
+    endProgram();
+    keyboard.tap(XK_Tab); // Past the menu and the cross in the corner, and the button that closes.
+    keyboard.tap(XK_Tab);
+    keyboard.tap(XK_space);
+    EXPECT_TRUE(third.says(u"[AppDelegate] ✅ Tallowby ready! Press ⌥ + Space to flip."));
+    EXPECT_TRUE(notesBecome({QStringLiteral("mine")}));
+}
+
+TEST_F(LifeOfTheProgram, AFileThatIsPutInPlaceMeanwhileIsJoined) {
+    startProgram();
+    openCanvas();
+    keyboard.type(u"before");
+    keyboard.tap(XK_Escape);
+    ASSERT_TRUE(notesBecome({QStringLiteral("before")}));
+    QJsonArray records = notes();
+    QJsonObject brought = records.first().toObject();
+    brought[u"id"] = QStringLiteral("6BA7B810-9DAD-11D1-80B4-00C04FD430C8");
+    brought[u"raw_text"] = QStringLiteral("from a backup");
+    QFile file(dataFolder() + QStringLiteral("/blocks.json"));
+    ASSERT_TRUE(file.remove() && file.open(QFile::WriteOnly));
+    file.write(QJsonDocument(QJsonArray{brought}).toJson(QJsonDocument::Compact));
+    file.close();
+    pointer.moveTo(QPoint(300, 300));
+    keyboard.type(u"after");
+    EXPECT_TRUE(notesBecome({QStringLiteral("before"), QStringLiteral("from a backup"), QStringLiteral("after")}));
 }
 
 } // namespace tallowby::test

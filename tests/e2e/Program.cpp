@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace tallowby::test {
@@ -71,6 +72,14 @@ double Program::residentMiB() const {
 
 void Program::send(int signal) {
     ::kill(pid_t(m_process.processId()), signal);
+}
+
+void Program::limitFiles(std::optional<std::uint64_t> bytes) {
+    const auto process = pid_t(m_process.processId());
+    rlimit limit{};
+    ::prlimit(process, RLIMIT_FSIZE, nullptr, &limit);
+    limit.rlim_cur = bytes ? rlim_t(*bytes) : limit.rlim_max;
+    ::prlimit(process, RLIMIT_FSIZE, &limit, nullptr);
 }
 
 int Program::exitCode() {

@@ -3,6 +3,9 @@
 #include <QProcess>
 #include <QStringList>
 
+#include <cstdint>
+#include <optional>
+
 namespace tallowby::test {
 
 /// One run of the built program, and what it says.
@@ -26,6 +29,8 @@ public:
     [[nodiscard]] double residentMiB() const;
 
     void send(int signal);
+    /// From now on no file of the program can grow beyond that, as on a disk that is full; none lifts it.
+    void limitFiles(std::optional<std::uint64_t> bytes);
     /// Waits for its end. The exit code, or -1 when it did not end or crashed.
     [[nodiscard]] int exitCode();
 
