@@ -1,3 +1,5 @@
+#include "platform/desktop/PictureDecoder.h"
+
 #include <gmock/gmock.h>
 
 #include <QGuiApplication>
@@ -8,6 +10,9 @@ void installWarningGuard();
 }
 
 int main(int argc, char **argv) {
+    if (const auto exitCode = tallowby::runAsPictureDecoder(argc, argv)) {
+        return *exitCode;
+    }
     testing::InitGoogleMock(&argc, argv);
     if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND")) {
         // Set and not left to the environment, which is read only when the first window is made.

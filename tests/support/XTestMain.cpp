@@ -1,3 +1,4 @@
+#include "platform/desktop/PictureDecoder.h"
 #include "support/WarningGuard.h"
 #include "support/XSession.h"
 
@@ -13,6 +14,9 @@ void installWarningGuard();
 
 /// The main() of a test program that is itself a client of an X session: the session starts before Qt connects to it.
 int main(int argc, char **argv) {
+    if (const auto exitCode = tallowby::runAsPictureDecoder(argc, argv)) {
+        return *exitCode;
+    }
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QUICK_BACKEND", qgetenv("QT_QUICK_BACKEND").isEmpty() ? "software" : qgetenv("QT_QUICK_BACKEND"));
     if (testing::GTEST_FLAG(list_tests)) {
