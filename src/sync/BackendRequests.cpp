@@ -17,6 +17,8 @@ namespace {
 
 constexpr QLatin1StringView kBlocksPath{"rest/v1/blocks"};
 constexpr QLatin1StringView kSearchPath{"rest/v1/rpc/search_blocks"};
+/// A thousand rows may have a picture each, which are in the rows.
+constexpr qint64 kMaxRows = qint64{512} << 20;
 constexpr qsizetype kLongestLoggedBody = 2000;
 
 QUrl address(const SupabaseConfig &config, QLatin1StringView path) {
@@ -64,6 +66,7 @@ HttpRequest fetchBlocks(const SupabaseConfig &config, const BackendIdentity &ide
         query.addQueryItem(QStringLiteral("updated_at"), QString::fromStdString("gt." + isoSeconds(*since)));
     }
     HttpRequest request;
+    request.maxAnswer = kMaxRows;
     request.url = address(config, kBlocksPath);
     request.url.setQuery(query);
     request.headers = headers(config, identity.accessToken, identity.userId);

@@ -13,6 +13,9 @@
 namespace tallowby {
 
 struct HttpRequest {
+    /// In bytes.
+    static constexpr qint64 kUsualMaxAnswer = qint64{64} << 20;
+
     enum class Method { get, post };
     using Headers = std::vector<std::pair<QByteArray, QByteArray>>;
 
@@ -23,6 +26,8 @@ struct HttpRequest {
     QByteArray body;
     /// Told from time to time how many bytes of the body are on their way.
     std::function<void(qint64)> onSent = nullptr;
+    /// The largest answer that is taken, in bytes once unpacked. A larger one fails, and is not read to its end.
+    qint64 maxAnswer = kUsualMaxAnswer;
 };
 
 /// Whatever status the server gave, with the body whole; one that came in chunks may be cut short, which its reader

@@ -12,6 +12,8 @@ namespace tallowby {
 
 namespace {
 
+constexpr qsizetype kPartSize = 64 * 1024;
+
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(tallowby::NetworkHttpClient)
 };
@@ -49,18 +51,19 @@ QNetworkRequest toNetworkRequest(const HttpRequest &request) {
     network.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     network.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     network.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // Rows of zeros compress beyond what the stack takes for honest; the size of an answer is bounded here.
-    network.setDecompressedSafetyCheckThreshold(-1);
+    // Rows of zeros compress beyond what the stack takes for honest. It may stop there only what would be refused
+    // anyway, which spares it from unpacking that to the end to know its size.
+    network.setDecompressedSafetyCheckThreshold(request.maxAnswer);
     return network;
 }
 
 /// Watches over one reply: gathers its parts and gives up one that is too slow or too large.
 class NetworkExchange final : public QObject, public HttpExchange {
 public:
-    NetworkExchange(Scheduler &scheduler, qint64 largestAnswer, QNetworkReply *reply,
-                    std::function<void(qint64)> onSent, HttpClient::Done done)
+    NetworkExchange(Scheduler &scheduler, qint64 maxAnswer, QNetworkReply *reply, std::function<void(qint64)> onSent,
+                    HttpClient::Done done)
         : m_scheduler(scheduler)
-        , m_largestAnswer(largestAnswer)
+        , m_maxAnswer(maxAnswer)
         , m_reply(reply)
         , m_onSent(std::move(onSent))
         , m_done(std::move(done)) {
@@ -89,11 +92,23 @@ public:
 
 private:
     void gather() {
-        m_response.body += m_reply->readAll();
         noteProgress();
-        if (m_response.body.size() > m_largestAnswer) {
+        if (!readParts()) {
             giveUp(Words::tr("The answer is too large"));
         }
+    }
+
+    /// A few packed bytes may be gigabytes: they are unpacked only as far as they are read. False for too many.
+    [[nodiscard]] bool readParts() {
+        QByteArray part(kPartSize, Qt::Uninitialized);
+        while (m_response.body.size() <= m_maxAnswer) {
+            const qint64 count = m_reply->read(part.data(), part.size());
+            if (count <= 0) {
+                return true;
+            }
+            m_response.body.append(part.constData(), count);
+        }
+        return false;
     }
 
     void noteProgress() {
@@ -118,7 +133,10 @@ private:
     }
 
     void finish() {
-        m_response.body += m_reply->readAll();
+        if (!readParts()) {
+            deliver(HttpFailure{Words::tr("The answer is too large")});
+            return;
+        }
         const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
         const QNetworkReply::NetworkError error = m_reply->error();
         // A status of the server's is reported as an error, too; those errors begin there.
@@ -152,7 +170,7 @@ private:
     }
 
     Scheduler &m_scheduler;
-    const qint64 m_largestAnswer;
+    const qint64 m_maxAnswer;
     QPointer<QNetworkReply> m_reply;
     const std::function<void(qint64)> m_onSent;
     HttpClient::Done m_done;
@@ -165,15 +183,14 @@ private:
 
 } // namespace
 
-NetworkHttpClient::NetworkHttpClient(Scheduler &scheduler, qint64 largestAnswer)
-    : m_scheduler(scheduler)
-    , m_largestAnswer(largestAnswer) {}
+NetworkHttpClient::NetworkHttpClient(Scheduler &scheduler)
+    : m_scheduler(scheduler) {}
 
 std::unique_ptr<HttpExchange> NetworkHttpClient::send(HttpRequest request, Done done) {
     const QNetworkRequest network = toNetworkRequest(request);
     QNetworkReply *const reply =
         request.method == HttpRequest::Method::get ? m_network.get(network) : m_network.post(network, request.body);
-    return std::make_unique<NetworkExchange>(m_scheduler, m_largestAnswer, reply, std::move(request.onSent),
+    return std::make_unique<NetworkExchange>(m_scheduler, request.maxAnswer, reply, std::move(request.onSent),
                                              std::move(done));
 }
 

@@ -17,16 +17,13 @@ public:
     /// a slow line arrives, a server that drips does not hold us.
     static constexpr std::chrono::seconds kLongestRequest{60};
     static constexpr qint64 kWorthwhile = 256 * 1024;
-    /// The largest answer that is taken, in bytes.
-    static constexpr qint64 kLargestAnswer = qint64{512} << 20;
 
-    explicit NetworkHttpClient(Scheduler &scheduler, qint64 largestAnswer = kLargestAnswer);
+    explicit NetworkHttpClient(Scheduler &scheduler);
 
     [[nodiscard]] std::unique_ptr<HttpExchange> send(HttpRequest request, Done done) override;
 
 private:
     Scheduler &m_scheduler;
-    const qint64 m_largestAnswer;
     QNetworkAccessManager m_network;
 };
 

@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QTcpSocket>
 
+#include <sys/resource.h>
+
 namespace tallowby::test {
 
 namespace {
@@ -185,10 +187,33 @@ TEST_F(NetworkHttpClientTest, AnAnswerWithoutEndIsGivenUp) {
         QObject::connect(&socket, &QTcpSocket::bytesWritten, &socket,
                          [&socket] { socket.write(QByteArray(65536, ' ')); });
     });
-    NetworkHttpClient small(scheduler, 1 << 20);
-    exchange = small.send(requestTo(server.port()), [this](HttpAnswer given) { answer = std::move(given); });
+    HttpRequest request = requestTo(server.port());
+    request.maxAnswer = 1 << 20;
+    send(request);
     ASSERT_TRUE(waitUntil([this] { return answer.has_value(); }));
     EXPECT_EQ(failureOf(*answer), u"The answer is too large");
+}
+
+TEST_F(NetworkHttpClientTest, AFewPackedBytesDoNotFillTheMemory) {
+    const auto peak = [] {
+        rusage usage{};
+        ::getrusage(RUSAGE_SELF, &usage);
+        return usage.ru_maxrss / 1024;
+    };
+    // A gibibyte of the same byte, in blocks that only say how often.
+    constexpr int kBlockSize = 128 * 1024;
+    constexpr int kBlocks = 8192;
+    QByteArray bomb = QByteArray::fromHex("28b52ffd0038");
+    for (int block = 1; block <= kBlocks; ++block) {
+        const int header = (kBlockSize << 3) | (1 << 1) | (block == kBlocks ? 1 : 0);
+        for (const int byte : {header, header >> 8, header >> 16, int(' ')}) {
+            bomb += char(byte);
+        }
+    }
+    const ScriptedServer server(ScriptedServer::answering("200 OK", "Content-Encoding: zstd\r\n", bomb));
+    const auto before = peak();
+    EXPECT_FALSE(failureOf(ask(server)).isEmpty());
+    EXPECT_LT(peak() - before, 300) << "MiB";
 }
 
 TEST_F(NetworkHttpClientTest, RowsOfZerosPackedTightAreNoAttack) {

@@ -51,11 +51,13 @@ void UpdaterController::check() {
 }
 
 void UpdaterController::get(const QUrl &url, const Received &received) {
-    m_exchange = m_http().send({HttpRequest::Method::get, url, {}, {}}, [this, received](const HttpAnswer &answer) {
+    HttpRequest request{HttpRequest::Method::get, url, {}, {}};
+    request.maxAnswer = kLongestFeed;
+    m_exchange = m_http().send(std::move(request), [this, received](const HttpAnswer &answer) {
         const auto *response = std::get_if<HttpResponse>(&answer);
         if (!response) {
             fail(tr("The server could not be reached. Try again later."), std::get<HttpFailure>(answer).description);
-        } else if (!response->isSuccess() || response->body.size() > kLongestFeed) {
+        } else if (!response->isSuccess()) {
             fail(tr("The server gave no answer that can be used. Try again later."),
                  QStringLiteral("status %1").arg(response->status));
         } else {
