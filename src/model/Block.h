@@ -6,7 +6,6 @@
 #include "model/Timestamp.h"
 
 #include <QByteArray>
-#include <QImage>
 #include <QObject>
 #include <QPointF>
 #include <QSharedData>
@@ -168,8 +167,6 @@ public:
     [[nodiscard]] QString iconName() const;
     /// The picture's file; none when there is none or its base64 is broken.
     [[nodiscard]] std::optional<QByteArray> imageData() const;
-    /// Null when there is no picture, or one that is not safe to decode (see ImageDecoding.h).
-    [[nodiscard]] QImage uiImage() const;
     [[nodiscard]] bool flipHorizontal() const;
     [[nodiscard]] bool flipVertical() const;
 

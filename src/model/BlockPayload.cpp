@@ -1,6 +1,5 @@
 #include "model/AnyCodable.h"
 #include "model/Block.h"
-#include "model/ImageDecoding.h"
 #include "model/json/JsonReading.h"
 #include "model/json/JsonText.h"
 #include "model/json/PayloadText.h"
@@ -412,11 +411,6 @@ std::optional<QByteArray> imageDataIn(const QByteArray &content) {
 
 std::optional<QByteArray> Block::imageData() const {
     return imageDataIn(content());
-}
-
-QImage Block::uiImage() const {
-    const auto file = imageData();
-    return file ? decodePicture(*file).image : QImage();
 }
 
 bool Block::flipHorizontal() const {

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QRegularExpression>
 
 #include <memory>
 
@@ -27,11 +28,13 @@ public:
         setData(picture.mimeType, picture.file);
     }
 
-    [[nodiscard]] QStringList formats() const override { return QMimeData::formats() << kPixelsType; }
+    [[nodiscard]] QStringList formats() const override {
+        return m_decode ? QMimeData::formats() << kPixelsType : QMimeData::formats();
+    }
 
 protected:
     [[nodiscard]] QVariant retrieveData(const QString &mimeType, QMetaType type) const override {
-        if (mimeType != kPixelsType) {
+        if (mimeType != kPixelsType || !m_decode) {
             return QMimeData::retrieveData(mimeType, type);
         }
         if (m_pixels.isNull()) {
@@ -59,14 +62,18 @@ QByteArray QtPasteboard::imageBytes() const {
     if (!content || !content->hasImage()) {
         return {};
     }
-    // The bytes as the other program has them: nothing is decoded before somebody has looked at them.
-    const QStringList formats = content->formats();
-    for (const QString &format : {QStringLiteral("image/png"), QStringLiteral("image/jpeg"),
-                                  QStringLiteral("image/webp"), QStringLiteral("image/gif")}) {
-        if (formats.contains(format)) {
-            return content->data(format);
+    // The bytes as the other program has them: this process decodes no picture from outside.
+    QStringList formats = content->formats().filter(QRegularExpression(QStringLiteral("^image/")));
+    for (const QString &format : {QStringLiteral("image/gif"), QStringLiteral("image/webp"),
+                                  QStringLiteral("image/jpeg"), QStringLiteral("image/png")}) {
+        if (formats.removeOne(format)) {
+            formats.prepend(format);
         }
     }
+    if (!formats.isEmpty()) {
+        return content->data(formats.front());
+    }
+    // The pixels are this program's own.
     QByteArray png;
     QBuffer buffer(&png);
     buffer.open(QIODevice::WriteOnly);

@@ -1,8 +1,5 @@
 #include "storage/ImageCacheService.h"
 
-#include "model/Block.h"
-#include "model/ImageDecoding.h"
-
 #include <algorithm>
 
 namespace tallowby {
@@ -46,19 +43,13 @@ void ImageCacheService::set(const QImage &image, QUuid blockId) {
     m_totalCost += cost;
 }
 
-QImage ImageCacheService::uiImage(const Block &block) {
-    if (QImage cached = image(block.id()); !cached.isNull()) {
-        return cached;
-    }
-    const std::optional<QByteArray> file = block.imageData();
-    if (!file) {
-        return {};
-    }
-    QImage decoded = decodePicture(*file, kLongestSide).image;
-    if (!decoded.isNull()) {
-        set(decoded, block.id());
-    }
-    return decoded;
+std::optional<QSize> ImageCacheService::pictureSize(QUuid blockId) const {
+    const auto known = m_sizes.constFind(blockId);
+    return known == m_sizes.cend() ? std::nullopt : std::optional(*known);
+}
+
+void ImageCacheService::setPictureSize(QSize size, QUuid blockId) {
+    m_sizes.insert(blockId, size);
 }
 
 } // namespace tallowby

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <QHash>
 #include <QImage>
+#include <QSize>
 #include <QUuid>
 
+#include <optional>
 #include <vector>
 
 namespace tallowby {
-
-class Block;
 
 /// Keeps the decoded pictures of image blocks, so that one that comes back into view is shown at once. What was not
 /// asked for the longest goes first. A block's picture is replaced only by `set`: whoever changes the payload of a
@@ -17,17 +18,16 @@ public:
     static constexpr std::size_t kCountLimit = 20;
     /// In bytes; a single picture that takes more is not kept.
     static constexpr qint64 kTotalCostLimit = qint64(40) * 1024 * 1024;
-    /// The longest side to which a picture is decoded here.
-    static constexpr int kLongestSide = 2048;
-
     /// The one of this process.
     [[nodiscard]] static ImageCacheService &shared();
 
     /// Null when the block has none here.
     [[nodiscard]] QImage image(QUuid blockId);
     void set(const QImage &image, QUuid blockId);
-    /// The picture that a block shows, decoded now if it has to be; null when it has none or it does not decode.
-    [[nodiscard]] QImage uiImage(const Block &block);
+    /// The proportions of the block's picture in its own pixels, known once it has been decoded and kept after the
+    /// picture has gone from here. Empty when it has none that can be shown; none when nobody knows yet.
+    [[nodiscard]] std::optional<QSize> pictureSize(QUuid blockId) const;
+    void setPictureSize(QSize size, QUuid blockId);
 
 private:
     struct Entry {
@@ -39,6 +39,7 @@ private:
     /// The one asked for last is at the end.
     std::vector<Entry> m_cache;
     qint64 m_totalCost = 0;
+    QHash<QUuid, QSize> m_sizes;
 };
 
 } // namespace tallowby

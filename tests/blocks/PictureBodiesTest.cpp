@@ -1,8 +1,10 @@
 #include "blocks/CanvasDriver.h"
 #include "blocks/image/ImageBlockContent.h"
+#include "canvas/overlay/notice/CanvasNoticeView.h"
 #include "model/AnyCodable.h"
 #include "platform/theme/Theme.h"
 #include "storage/ImageCacheService.h"
+#include "support/EndlessDrawing.h"
 #include "support/TemporaryFolder.h"
 #include "support/WaitUntil.h"
 
@@ -85,6 +87,9 @@ struct PictureBodies : testing::Test {
     bool isShown(const BlockPtr &block) {
         return test::waitUntil([&] { return bodyOf(block).isShown(); });
     }
+    bool blocksBecome(std::size_t count) {
+        return test::waitUntil([this, count] { return canvas.model.blocks().size() == count; });
+    }
     QColor pixel(QPoint at) {
         canvas.settle();
         return canvas.window.grabWindow().pixelColor(at);
@@ -164,8 +169,9 @@ TEST_F(PictureBodies, WhatCannotBeShownSaysWhy) {
     broken->setContent(R"({"image":"QUJ*"})");
     EXPECT_TRUE(
         test::waitUntil([&] { return !bodyOf(bomb).message().isEmpty() && !bodyOf(words).message().isEmpty(); }));
-    EXPECT_EQ(bodyOf(bomb).message(), QStringLiteral("This picture cannot be shown: it has more than 100 megapixels"));
-    EXPECT_EQ(bodyOf(words).message(), QStringLiteral("This picture cannot be shown: it is no picture"));
+    EXPECT_EQ(bodyOf(bomb).message(),
+              QStringLiteral("This picture could not be shown: it has more than 100 megapixels"));
+    EXPECT_EQ(bodyOf(words).message(), QStringLiteral("This picture could not be shown: it is not a picture"));
     EXPECT_TRUE(bodyOf(broken).isEmpty() && bodyOf(broken).message().isEmpty());
     EXPECT_FALSE(bodyOf(bomb).isShown() || bodyOf(bomb).isEmpty());
     canvas.settle();
@@ -177,26 +183,49 @@ TEST_F(PictureBodies, AnEmptyOneTakesWhatIsDroppedAndPasted) {
     dropped->setContent(R"({"image":"","kept":7})");
     dropped->setNeedsSync(false);
     canvas.drop({400, 300}, {write(QStringLiteral("words.txt"), "words")});
+    EXPECT_TRUE(test::waitUntil([this] { return canvas.log.lines().size() == 1; }));
     EXPECT_EQ(canvas.model.blocks().size(), 1U);
     EXPECT_FALSE(dropped->needsSync());
+    auto *notice = canvas.view->findChild<CanvasNoticeView *>();
+    ASSERT_TRUE(notice);
+    EXPECT_TRUE(notice->isShown());
+    EXPECT_EQ(notice->text(), QStringLiteral("“words.txt” was not inserted: it is not a picture"));
+    canvas.scheduler.advance(CanvasNoticeView::kDuration);
+    EXPECT_FALSE(notice->isShown());
     canvas.drop({400, 300}, {picture});
+    ASSERT_TRUE(test::waitUntil([&] { return dropped->imageData() == twoHalves({400, 100}); }));
     ASSERT_EQ(canvas.model.blocks().size(), 1U);
-    EXPECT_EQ(dropped->imageData(), twoHalves({400, 100}));
     EXPECT_TRUE(dropped->content().contains("\"kept\":7"));
     EXPECT_TRUE(dropped->needsSync());
     EXPECT_EQ(QRectF(dropped->xPosition(), dropped->yPosition(), dropped->width(), dropped->height()),
               QRectF(-150, -37.5, 300, 75));
     EXPECT_TRUE(isShown(dropped));
     canvas.drop({400, 300}, {picture});
-    EXPECT_EQ(canvas.model.blocks().size(), 2U) << "one that has a picture keeps it";
+    EXPECT_TRUE(blocksBecome(2)) << "one that has a picture keeps it";
 
     const BlockPtr pasted = canvas.model.spawnBlock({0, 200}, BlockType::image);
     EXPECT_FALSE(canvas.model.isAnyBlockEditing());
     canvas.pasteboard.picture = twoHalves({40, 20});
     canvas.press(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(pasted->imageData(), twoHalves({40, 20}));
+    EXPECT_TRUE(test::waitUntil([&] { return pasted->imageData() == twoHalves({40, 20}); }));
     canvas.press(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(canvas.model.blocks().size(), 4U);
+    EXPECT_TRUE(blocksBecome(4));
+}
+
+TEST_F(PictureBodies, APictureThatHangsCostsThatPictureOnly) {
+    canvas.pasteboard.picture = test::endlessDrawing();
+    canvas.press(Qt::Key_V, Qt::ControlModifier);
+    const BlockPtr synced = addImage(canvas.pasteboard.picture, {-350, -250, 200, 150});
+    canvas.pasteboard.picture = twoHalves({40, 20});
+    canvas.press(Qt::Key_V, Qt::ControlModifier);
+    const BlockPtr other = addImage(twoHalves({40, 20}), {150, -250, 200, 100});
+    EXPECT_TRUE(isShown(other)) << "meanwhile";
+    canvas.drag({250, 125}, {260, 125});
+    EXPECT_EQ(synced->xPosition(), -340);
+    ASSERT_TRUE(test::waitUntil([&] { return canvas.model.blocks().size() == 3; }, 20s));
+    EXPECT_EQ(canvas.model.blocks().back()->imageData(), twoHalves({40, 20})) << "after the one before was given up";
+    EXPECT_TRUE(test::waitUntil([&] { return !bodyOf(synced).message().isEmpty(); }, 20s));
+    EXPECT_EQ(bodyOf(synced).message(), QStringLiteral("This picture could not be shown: it takes too long to open"));
 }
 
 TEST_F(PictureBodies, KindsWithoutAnEditorLeaveTheKeysToTheCanvas) {
@@ -270,7 +299,7 @@ TEST_F(PictureBodies, TheMenuOffersWhatTheKindCanDo) {
         return entries.empty() ? QString() : entries.front().text;
     };
     const BlockPtr empty = canvas.add(BlockType::image, {-300, -200, 200, 100});
-    const BlockPtr full = addImage(twoHalves({40, 20}), {100, 0, 40, 20});
+    const BlockPtr full = addImage(twoHalves({40, 20}, "JPEG"), {100, 0, 40, 20});
     ASSERT_TRUE(isShown(full));
     EXPECT_EQ(first(empty), QStringLiteral("Choose picture…"));
     EXPECT_EQ(first(full), QStringLiteral("Save image as…"));
@@ -282,7 +311,7 @@ TEST_F(PictureBodies, TheMenuOffersWhatTheKindCanDo) {
     const auto &picture = canvas.pasteboard.content.picture;
     ASSERT_TRUE(picture);
     EXPECT_EQ(picture->file, full->imageData());
-    EXPECT_EQ(picture->mimeType, QStringLiteral("image/png"));
+    EXPECT_EQ(picture->mimeType, QStringLiteral("image/jpeg"));
     EXPECT_EQ(picture->decode().size(), QSize(40, 20));
     EXPECT_TRUE(canvas.pasteboard.content.data.isEmpty()) << "the picture and nothing of the block";
 }

@@ -1,4 +1,5 @@
 #include "canvas/CanvasFixture.h"
+#include "support/WaitUntil.h"
 
 #include <gmock/gmock.h>
 
@@ -31,23 +32,37 @@ struct CanvasPaste : test::CanvasFixture {
         written.write(bytes);
         return QUrl::fromLocalFile(written.fileName());
     }
+    /// Waits until the canvas has so many blocks.
+    bool blocksBecome(std::size_t count) {
+        return test::waitUntil([this, count] { return model.blocks().size() == count; });
+    }
+    /// Waits for one more line in the log.
+    bool isLogged(const char *part) {
+        return test::waitUntil([this, part] { return lastLine().find(part) != std::string::npos; });
+    }
     std::string lastLine() const { return log.lines().isEmpty() ? "" : log.lines().back().toStdString(); }
 
     QTemporaryDir folder;
+    QStringList notices;
+    QMetaObject::Connection listening =
+        QObject::connect(&model, &CanvasViewModel::noticeRequested, [this](const QString &text) { notices << text; });
 };
 
 TEST_F(CanvasPaste, PicturesKeepTheirBytesAndGetASize) {
     const QByteArray wide = pictureFile({1000, 500});
     model.processAndInsertImage(wide, {0, 0});
-    const BlockPtr block = model.blocks().back();
+    model.processAndInsertImage(pictureFile({200, 100}), {0, 0});
+    EXPECT_TRUE(model.blocks().empty()) << "nothing is decoded here and now";
+    ASSERT_TRUE(blocksBecome(2));
+    const BlockPtr block = model.blocks().front();
     EXPECT_EQ(frame(*block), QRectF(-175, -87.5, 350, 175));
     EXPECT_EQ(block->imageData(), wide);
     EXPECT_TRUE(!block->isSelected() && !model.isAnyBlockEditing() && !model.canUndo());
-    model.processAndInsertImage(pictureFile({200, 100}), {0, 0});
     EXPECT_EQ(frame(*model.blocks().back()), QRectF(-100, -50, 200, 100));
     model.processAndInsertImage("no picture", {0, 0});
+    EXPECT_TRUE(isLogged("[Canvas] ⚠️ A picture was not inserted: it is not a picture"));
+    EXPECT_EQ(notices, QStringList(u"The picture was not inserted: it is not a picture"_qs));
     EXPECT_EQ(model.blocks().size(), 2U);
-    EXPECT_THAT(lastLine(), HasSubstr("[Canvas] ⚠️ A picture was not inserted: it is no picture"));
 }
 
 TEST_F(CanvasPaste, TakesTheFileThenThePictureThenTheText) {
@@ -55,32 +70,48 @@ TEST_F(CanvasPaste, TakesTheFileThenThePictureThenTheText) {
     pasteboard.picture = pictureFile({20, 20});
     pasteboard.content.text = u"a\r\nb"_qs;
     model.handlePaste({});
-    EXPECT_EQ(model.blocks().back()->width(), 10);
     pasteboard.files = {file(u"notes.txt"_qs, "words"), file(u"b.png"_qs, pictureFile({10, 10}))};
     model.handlePaste({});
-    EXPECT_EQ(model.blocks().back()->width(), 20);
-    EXPECT_THAT(lastLine(), HasSubstr("notes.txt was not inserted: it is no picture"));
     pasteboard.picture = "broken";
     pasteboard.files.clear();
     model.handlePaste({100, 100});
-    const BlockPtr text = model.blocks().back();
+    pasteboard = {};
+    model.handlePaste({});
+    ASSERT_TRUE(blocksBecome(3));
+    EXPECT_EQ(model.blocks()[0]->width(), 10) << "in the order of the pastes, with what the pasteboard held then";
+    EXPECT_EQ(model.blocks()[1]->width(), 20);
+    const BlockPtr text = model.blocks()[2];
     EXPECT_EQ(text->rawTextOrEmpty(), u"a\nb"_qs);
     EXPECT_EQ(positionOf(*text), QPointF(50, 88));
     EXPECT_EQ(model.focusedBlock(), text);
-    pasteboard = {};
+    EXPECT_EQ(notices, QStringList()) << "something else came in place of what is no picture";
+
+    pasteboard.files = {file(u"notes.txt"_qs, "words")};
+    pasteboard.content.text = u"late"_qs;
     model.handlePaste({});
-    EXPECT_EQ(model.blocks().size(), 3U);
+    ASSERT_TRUE(blocksBecome(4));
+    EXPECT_EQ(model.focusedBlock(), text) << "the keyboard is not taken from whoever is typing";
 }
 
 TEST_F(CanvasPaste, DroppedFilesAreTakenOrRefusedOneByOne) {
     model.insertFiles({file(u"a.png"_qs, pictureFile({10, 10})), QUrl::fromLocalFile(folder.path()),
                        QUrl(u"https://example.org/b.png"_qs), file(u"c.png"_qs, pictureFile({10, 10}))},
                       {5, 5});
-    ASSERT_EQ(model.blocks().size(), 2U);
+    ASSERT_TRUE(blocksBecome(2));
     EXPECT_EQ(positionOf(*model.blocks()[0]), QPointF(0, 0));
     EXPECT_EQ(positionOf(*model.blocks()[1]), QPointF(30, 30)) << "none covers another";
     EXPECT_EQ(log.lines().size(), 2);
-    EXPECT_THAT(lastLine(), HasSubstr("b.png was not inserted: it is no file of this machine"));
+    EXPECT_THAT(lastLine(), HasSubstr("b.png was not inserted: it is no file of this computer"));
+    EXPECT_EQ(notices.back(), u"“b.png” was not inserted: it is no file of this computer"_qs);
+}
+
+TEST_F(CanvasPaste, AFrameThatHasGoneLosesNoPicture) {
+    const BlockPtr empty = add(BlockType::image, {0, 0, 100, 100});
+    model.fillPicture(*empty, file(u"a.png"_qs, pictureFile({10, 10})));
+    model.deleteBlock(empty);
+    ASSERT_TRUE(blocksBecome(1));
+    EXPECT_EQ(frame(*model.blocks()[0]), QRectF(45, 45, 10, 10));
+    EXPECT_FALSE(empty->imageData());
 }
 
 TEST_F(CanvasPaste, BlocksComeBackWholeUnderThePointer) {

@@ -1,11 +1,16 @@
 #include "e2e/Desk.h"
 #include "e2e/Waiting.h"
 #include "e2e/WindowList.h"
+#include "model/Block.h"
+#include "model/BlockRecordWriter.h"
+#include "model/TimestampCoding.h"
+#include "support/EndlessDrawing.h"
 #include "support/bus/TrayHost.h"
 
 #include <X11/keysym.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -209,6 +214,38 @@ TEST_F(LifeOfTheProgram, AFileThatIsPutInPlaceMeanwhileIsJoined) {
     pointer.moveTo(QPoint(300, 300));
     keyboard.type(u"after");
     EXPECT_TRUE(notesBecome({QStringLiteral("before"), QStringLiteral("from a backup"), QStringLiteral("after")}));
+}
+
+TEST_F(LifeOfTheProgram, APictureThatHangsHoldsUpNothing) {
+    const QByteArray endless = endlessDrawing();
+    const QByteArray black = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+                             "<rect width='40' height='40'/></svg>";
+    ASSERT_TRUE(QDir().mkpath(dataFolder()));
+    QFile file(dataFolder() + QStringLiteral("/blocks.json"));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write("[");
+    const QPoint places[] = {{-500, -300}, {-150, -300}, {200, -300}};
+    for (const QPoint &place : places) {
+        const bool isLast = place.x() == 200;
+        Block block({}, BlockType::image, QRectF(place, QSizeF(300, 200)));
+        block.setContent("{\"image\":\"" + (isLast ? black : endless).toBase64() + "\"}");
+        BlockRecordWriter writer(kFileTimestamps);
+        ASSERT_FALSE(writer.write(*block.fields()));
+        file.write(QByteArray::fromStdString(std::string(writer.text())) + (isLast ? "]" : ","));
+    }
+    file.close();
+
+    startProgram();
+    openCanvas();
+    EXPECT_TRUE(
+        eventually([&] { return inkIn(QRect(kScreenCentre + places[2] + QPoint(60, 10), QSize(180, 180))) > 0.9; }));
+    pointer.moveTo(kScreenCentre + QPoint(0, 100));
+    keyboard.type(u"usable");
+    EXPECT_TRUE(notesBecome({QString(), QString(), QString(), QStringLiteral("usable")}));
+    QElapsedTimer clock;
+    clock.start();
+    endProgram();
+    EXPECT_LT(clock.elapsed(), 2000);
 }
 
 } // namespace tallowby::test

@@ -1,14 +1,10 @@
 #include "model/AnyCodable.h"
 #include "model/Block.h"
 #include "model/BlockDTO.h"
-#include "model/ImageDecoding.h"
 #include "model/json/JsonReading.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <QBuffer>
-#include <QImage>
 
 #include <limits>
 
@@ -23,28 +19,6 @@ BlockPtr blockWith(BlockType type, const QByteArray &content) {
     auto block = std::make_shared<Block>(QUuid::createUuid(), type, QRectF(0, 0, 10, 10));
     block->setContent(content);
     return block;
-}
-
-/// A picture file of one colour.
-QByteArray pictureFile(QSize size, const char *format = "PNG") {
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray file;
-    QBuffer buffer(&file);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, format);
-    return file;
-}
-
-/// A JPEG whose header claims another size than its pixels have.
-QByteArray claiming(quint16 side) {
-    QByteArray jpeg = pictureFile({4, 4}, "JPEG");
-    const qsizetype frame = jpeg.indexOf("\xFF\xC0");
-    for (const qsizetype place : {frame + 5, frame + 7}) {
-        jpeg[place] = char(side >> 8);
-        jpeg[place + 1] = char(side);
-    }
-    return jpeg;
 }
 
 } // namespace
@@ -77,7 +51,6 @@ TEST(BlockPayload, ReadsAsDefaultsWhatIsNotThereOrOfAnotherType) {
         EXPECT_EQ(block->mediaFileName(), std::nullopt);
         EXPECT_EQ(block->mediaDuration(), 0.0);
         EXPECT_EQ(block->imageData(), std::nullopt);
-        EXPECT_TRUE(block->uiImage().isNull());
         EXPECT_EQ(block->iconName(), u"star"_qs);
         EXPECT_FALSE(block->flipHorizontal() || block->flipVertical());
     }
@@ -176,32 +149,9 @@ TEST(BlockPayload, SketchesAreFittedToTheirPointsAndMoved) {
     EXPECT_EQ(empty->content(), QByteArray());
 }
 
-TEST(BlockPayload, PicturesAreLookedAtBeforeTheyAreDecoded) {
-    const QByteArray png = pictureFile({40, 20});
-    const auto block = blockWith(BlockType::image, "{\"image\":\"" + png.toBase64() + "\"}");
-    EXPECT_EQ(block->imageData(), png);
-    EXPECT_EQ(block->uiImage().size(), QSize(40, 20));
+TEST(BlockPayload, APictureIsItsFileOrNone) {
+    EXPECT_EQ(blockWith(BlockType::image, R"({"image":"QUJD"})")->imageData(), "ABC");
     EXPECT_EQ(blockWith(BlockType::image, R"({"image":"QUJ*"})")->imageData(), std::nullopt);
-    EXPECT_TRUE(blockWith(BlockType::image, R"({"image":"QUJD"})")->uiImage().isNull());
-
-    const DecodedPicture small = decodePicture(pictureFile({400, 100}, "JPEG"), 40);
-    EXPECT_EQ(small.size, QSize(400, 100));
-    EXPECT_EQ(small.image.size(), QSize(40, 10));
-    const struct {
-        QByteArray file;
-        const char *refusal;
-    } cases[] = {
-        {{}, "it is no picture"},
-        {"GIF", "it is no picture"},
-        {claiming(20'000), "100 megapixels"},
-        {QByteArray(kLargestPictureFile + 1, 'x'), "larger than 32 MiB"},
-    };
-    for (const auto &[file, refusal] : cases) {
-        const DecodedPicture picture = decodePicture(file);
-        EXPECT_TRUE(picture.image.isNull());
-        EXPECT_THAT(picture.refusal.toStdString(), testing::HasSubstr(refusal));
-        EXPECT_FALSE(picture.refusal.isEmpty());
-    }
 }
 
 } // namespace tallowby

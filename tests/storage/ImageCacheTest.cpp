@@ -1,12 +1,10 @@
 #include "storage/ImageCacheService.h"
 
-#include "model/Block.h"
 #include "storage/MediaStorage.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QDir>
 #include <QFileInfo>
 
@@ -18,16 +16,6 @@ QImage picture(int width, int height) {
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(Qt::red);
     return image;
-}
-
-BlockPtr blockWith(const QImage &image) {
-    QByteArray file;
-    QBuffer buffer(&file);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    auto block = std::make_shared<Block>(QUuid(), BlockType::image, QRectF(0, 0, 10, 10));
-    block->setContent("{\"image\":\"" + file.toBase64() + "\"}");
-    return block;
 }
 
 } // namespace
@@ -58,19 +46,13 @@ TEST(ImageCache, KeepsFortyMebibytes) {
     EXPECT_TRUE(cache.image(second).isNull()) << "more than the limit by itself";
 }
 
-TEST(ImageCache, DecodesABlockOnce) {
+TEST(ImageCache, SizesStayWhenThePictureHasGone) {
     ImageCacheService cache;
-    const BlockPtr block = blockWith(picture(40, 20));
-    EXPECT_EQ(cache.uiImage(*block).size(), QSize(40, 20));
-    block->setContent("{}");
-    EXPECT_EQ(cache.uiImage(*block).size(), QSize(40, 20)) << "kept until it is replaced";
-    EXPECT_EQ(cache.uiImage(*blockWith(picture(4096, 16))).size(), QSize(2048, 8));
-    for (const char *broken : {"", "{}", R"({"image":""})", R"({"image":"QUJ*"})", R"({"image":"QUJD"})"}) {
-        const auto other = std::make_shared<Block>(QUuid(), BlockType::image, QRectF());
-        other->setContent(broken);
-        EXPECT_TRUE(cache.uiImage(*other).isNull()) << broken;
-        EXPECT_TRUE(cache.image(other->id()).isNull()) << broken;
-    }
+    const QUuid id = QUuid::createUuid();
+    EXPECT_EQ(cache.pictureSize(id), std::nullopt);
+    cache.setPictureSize({400, 200}, id);
+    cache.set({}, id);
+    EXPECT_EQ(cache.pictureSize(id), QSize(400, 200));
 }
 
 TEST(MediaStorage, HasOneFolderForTheUserAlone) {

@@ -6,14 +6,11 @@
 #include "platform/theme/Theme.h"
 #include "storage/ImageCacheService.h"
 
-#include <QBuffer>
-#include <QCoreApplication>
 #include <QFileInfo>
-#include <QImageReader>
+#include <QMimeDatabase>
 #include <QPointer>
 #include <QQuickWindow>
 #include <QSaveFile>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <cmath>
@@ -27,32 +24,14 @@ namespace {
 constexpr double kFrameTolerance = 1;
 constexpr int kMostNumbers = 1000;
 
-/// One thread: the other core draws frames meanwhile.
-QThreadPool &decodingThread() {
-    static QThreadPool pool;
-    static const bool isSetUp = [] {
-        pool.setMaxThreadCount(1);
-        pool.setThreadPriority(QThread::LowPriority);
-        return true;
-    }();
-    Q_UNUSED(isSetUp)
-    return pool;
-}
-
 int longestSide(QSize size) {
     return std::max(size.width(), size.height());
 }
 
-/// What a picture's file is called by its contents; "png" for what nobody knows.
+/// The ending that a picture's file gets by its contents; "png" where those say nothing.
 QString suffixOf(const QByteArray &file) {
-    QBuffer buffer;
-    buffer.setData(file);
-    buffer.open(QIODevice::ReadOnly);
-    const QByteArray format = QImageReader::imageFormat(&buffer);
-    if (format == "jpeg") {
-        return QStringLiteral("jpg");
-    }
-    return format.isEmpty() ? QStringLiteral("png") : QString::fromLatin1(format);
+    const QString suffix = QMimeDatabase().mimeTypeForData(file).preferredSuffix();
+    return suffix.isEmpty() || suffix == u"bin" ? QStringLiteral("png") : suffix;
 }
 
 /// The dialogue asks nobody before it names a file that is there already: that one stays, and the picture gets a
@@ -74,7 +53,8 @@ ImageBlockContent::ImageBlockContent(QQuickItem *parent)
     , m_picture(new PathDrawingItem(PathDrawingItem::Keeping::picture, this)) {}
 
 QString ImageBlockContent::message() const {
-    return m_refusal.isEmpty() ? QString() : tr("This picture cannot be shown: %1").arg(m_refusal);
+    return m_refusal == PictureRefusal::none ? QString()
+                                             : tr("This picture could not be shown: %1").arg(describe(m_refusal));
 }
 
 void ImageBlockContent::componentComplete() {
@@ -124,7 +104,8 @@ void ImageBlockContent::requestPicture() {
     const int whole = m_wholeSize.isEmpty() || m_isScalable ? wantedSide() : longestSide(m_wholeSize);
     const bool isFineEnough = decoded >= kFineEnough * std::min(wantedSide(), whole);
     const bool isTooFine = decoded > kCoarsestScaling * wantedSide();
-    const bool isKnown = !m_isPayloadNew && (m_isEmpty || !m_refusal.isEmpty() || (isFineEnough && !isTooFine));
+    const bool isKnown =
+        !m_isPayloadNew && (m_isEmpty || m_refusal != PictureRefusal::none || (isFineEnough && !isTooFine));
     if (isKnown || size().isEmpty()) {
         return;
     }
@@ -136,32 +117,26 @@ void ImageBlockContent::requestPicture() {
 }
 
 void ImageBlockContent::load() {
-    m_isLoading = true;
     m_isPayloadNew = false;
-    const auto make = [request = PictureRequest{block()->content(), wantedSide()}, number = m_payloadNumber,
-                       item = QPointer(this)] {
-        LoadedPicture loaded = loadPicture(request);
-        // Only the main thread may ask whether the item is still there.
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [item, number, loaded = std::move(loaded)] {
-                if (item) {
-                    item->m_isLoading = false;
-                    item->takePicture(loaded, number);
-                }
-            },
-            Qt::QueuedConnection);
+    const auto work = [request = PictureRequest{block()->content(), wantedSide()}](PictureDecoder &decoder) {
+        return loadPicture(request, decoder);
     };
-    decodingThread().start(make);
+    m_isLoading = true;
+    m_loading = PictureQueue::shared().run<LoadedPicture>(
+        PictureQueue::Urgency::shown, work, [this, number = m_payloadNumber](const LoadedPicture &loaded) {
+            m_isLoading = false;
+            takePicture(loaded, number);
+        });
 }
 
 void ImageBlockContent::takePicture(const LoadedPicture &loaded, int payloadNumber) {
     if (payloadNumber == m_payloadNumber) {
-        m_isEmpty = loaded.image.isNull() && loaded.refusal.isEmpty();
+        m_isEmpty = loaded.image.isNull() && loaded.refusal == PictureRefusal::none;
         m_refusal = loaded.refusal;
         m_wholeSize = loaded.wholeSize;
         m_isScalable = loaded.isScalable;
         ImageCacheService::shared().set(loaded.image, block()->id());
+        ImageCacheService::shared().setPictureSize(loaded.wholeSize, block()->id());
         show(loaded.image);
     }
     if (std::exchange(m_isLoadDue, false)) {
@@ -233,9 +208,10 @@ void ImageBlockContent::choosePicture() {
 }
 
 bool ImageBlockContent::dropFiles(const QList<QUrl> &files) {
-    if (!m_isEmpty || files.isEmpty() || !viewModel().fillPicture(*block(), files.front())) {
+    if (!m_isEmpty || files.isEmpty()) {
         return false;
     }
+    viewModel().fillPicture(*block(), files.front());
     const QPointF beside(block()->xPosition() + block()->width(), block()->yPosition() + block()->height());
     viewModel().insertFiles(files.sliced(1), beside);
     return true;

@@ -2,13 +2,14 @@
 
 #include "blocks/image/PictureLoading.h"
 #include "canvas/container/BlockBody.h"
+#include "storage/PictureQueue.h"
 
 namespace tallowby {
 
 class PathDrawingItem;
 
-/// The body of an image: its picture, whole and in its own proportions, with the corners of a card. It is decoded by a
-/// thread of its own at about the resolution that is shown, and again when the zoom has settled where that is too
+/// The body of an image: its picture, whole and in its own proportions, with the corners of a card. It is decoded away
+/// from the main thread at about the resolution that is shown, and again when the zoom has settled where that is too
 /// coarse; what was decoded is kept in the cache, so that a picture that comes back into view is there at once.
 class ImageBlockContent : public tallowby::BlockBody {
     Q_OBJECT
@@ -71,13 +72,14 @@ private:
     QSize m_wholeSize;
     /// A drawing is decoded as fine as it is shown.
     bool m_isScalable = false;
-    QString m_refusal;
+    PictureRefusal m_refusal = PictureRefusal::none;
     bool m_isEmpty = false;
     /// Counts the payloads, so that the picture of an earlier one is not shown.
     int m_payloadNumber = 0;
     bool m_isPayloadNew = true;
     bool m_isLoading = false;
     bool m_isLoadDue = false;
+    PictureTask m_loading;
 };
 
 } // namespace tallowby

@@ -1,7 +1,6 @@
 #include "blocks/image/PictureLoading.h"
 
 #include "model/Block.h"
-#include "model/ImageDecoding.h"
 
 #include <QPainter>
 
@@ -19,12 +18,15 @@ QString mark(const QByteArray &payload) {
 
 } // namespace
 
-LoadedPicture loadPicture(const PictureRequest &request) {
+LoadedPicture loadPicture(const PictureRequest &request, PictureDecoder &decoder) {
     const std::optional<QByteArray> file = imageDataIn(request.payload);
     if (!file) {
         return {};
     }
-    DecodedPicture decoded = decodePicture(*file, std::clamp(request.longestSide, 1, kLongestShownSide));
+    DecodedPicture decoded = decoder.decode(*file, std::clamp(request.longestSide, 1, kLongestShownSide));
+    if (decoded.image.isNull()) {
+        return {.image = {}, .wholeSize = {}, .refusal = decoded.refusal};
+    }
     // A block of this thread's own: the readers of a payload are its.
     Block flips(QUuid(), BlockType::image, {});
     flips.setContent(request.payload);

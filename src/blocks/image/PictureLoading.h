@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/desktop/PictureDecoder.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QSize>
-#include <QString>
 
 namespace tallowby {
 
@@ -18,8 +19,7 @@ struct LoadedPicture {
     QImage image;
     /// Of the whole picture, the right way up.
     QSize wholeSize;
-    /// For people: why it is not shown. Empty without a picture.
-    QString refusal;
+    PictureRefusal refusal = PictureRefusal::none;
     /// A drawing: there is always a finer one than the whole size.
     bool isScalable = false;
 };
@@ -28,8 +28,8 @@ struct LoadedPicture {
 inline constexpr int kLongestShownSide = 3072;
 
 /// All three may run on any thread.
-[[nodiscard]] LoadedPicture loadPicture(const PictureRequest &request);
-/// Whether a picture was loaded from that payload: the cache keeps pictures whose payload may have changed since.
+[[nodiscard]] LoadedPicture loadPicture(const PictureRequest &request, PictureDecoder &decoder);
+/// True when a picture was loaded from that payload: the cache keeps pictures whose payload may have changed since.
 [[nodiscard]] bool isLoadedFrom(const QImage &picture, const QByteArray &payload);
 /// The picture with its outermost pixels repeated around it, for a brush: at the edges a brush mixes what it shows with
 /// what lies beyond, which would be the opposite side.

@@ -3,7 +3,6 @@
 #include "canvas/model/CanvasViewModel.h"
 #include "storage/ImageCacheService.h"
 
-#include <QImage>
 #include <QTransform>
 
 #include <algorithm>
@@ -13,12 +12,14 @@ namespace tallowby {
 
 namespace {
 
+/// Height by width. A picture that nobody has seen yet has the proportions of its block.
 std::optional<double> aspectRatioOf(const Block &block) {
     if (block.blockType() != BlockType::image) {
         return std::nullopt;
     }
-    const QImage picture = ImageCacheService::shared().uiImage(block);
-    return picture.width() > 0 ? std::optional(double(picture.height()) / picture.width()) : std::nullopt;
+    const auto known = ImageCacheService::shared().pictureSize(block.id());
+    const QSizeF size = known ? QSizeF(*known) : QSizeF(block.width(), block.height());
+    return size.isEmpty() ? std::nullopt : std::optional(size.height() / size.width());
 }
 
 } // namespace

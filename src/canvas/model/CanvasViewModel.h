@@ -4,6 +4,7 @@
 #include "canvas/model/LiveBlocks.h"
 #include "canvas/model/UndoHistory.h"
 #include "canvas/model/VisibleBlocksModel.h"
+#include "canvas/pasteboard/PictureIntake.h"
 #include "model/Block.h"
 #include "platform/NotificationCenter.h"
 
@@ -168,17 +169,18 @@ public:
 
     // The pasteboard and files.
     /// Inserts what the pasteboard holds around the point: blocks of this program, else the picture in the first file,
-    /// else a picture, else a text. An empty image block that is selected alone takes the picture.
+    /// else a picture, else a text. An empty image block that is selected alone takes the picture. A picture arrives a
+    /// little later, once it has been looked at, wherever the canvas is by then; one that is refused asks for a notice.
     void handlePaste(QPointF at);
-    /// A picture block around the point that carries the bytes as they are. Neither selected nor recorded for undo.
-    /// Bytes that are no picture, or one that is not safe to decode, insert nothing and leave a log line.
+    /// A picture block around the point that carries the bytes as they are, a little later. Neither selected nor
+    /// recorded for undo. Bytes that are not a picture, or one that does not decode, insert nothing.
     void processAndInsertImage(const QByteArray &data, QPointF at);
-    /// Puts the picture of a file into an image block, which takes its shape. Not recorded for undo. False when the
-    /// file is refused, with a log line.
-    bool fillPicture(Block &block, const QUrl &file);
+    /// Puts the picture of a file into an image block, which takes its shape, a little later. Not recorded for undo. If
+    /// the block has gone or has a picture by then, the picture becomes a block of its own.
+    void fillPicture(const Block &block, const QUrl &file);
     /// One value of the block's payload; what else the payload holds stays. Not recorded for undo.
     void setPayloadValue(Block &block, const QString &key, const AnyCodable &value);
-    /// Pictures from dropped files, each a step from the one before; a log line for each file that is refused.
+    /// Pictures from dropped files, in their order, each a step from the one before.
     void insertFiles(const QList<QUrl> &urls, QPointF at);
     /// Blocks, their texts, and the picture when it is one picture. Nothing when nothing is selected.
     void copySelected();
@@ -260,6 +262,8 @@ Q_SIGNALS:
     void cursorResetRequested();
     /// Blocks outside the visible ones may be in the viewport now: the view answers with `updateVisibleBlocks`.
     void cullingRequested();
+    /// Something that the person should read has happened to what they asked for.
+    void noticeRequested(const QString &text);
 
 private:
     [[nodiscard]] QUuid ownerOfNewBlocks() const;
@@ -281,10 +285,13 @@ private:
     [[nodiscard]] bool isCovering(const QRectF &frame) const;
     /// False when nothing was copied.
     bool copyToPasteboard();
-    bool insertFile(const QUrl &url, QPointF at);
-    /// The reason of a refusal.
-    std::optional<QString> insertImage(const QByteArray &data, QPointF at);
-    std::optional<QString> fillPicture(Block &block, const QByteArray &data);
+    /// False when there is none that can be pasted.
+    bool pasteText(QString text, QPointF at);
+    /// Puts the picture that was found into the image block with that id, or into a new one. False when none was found.
+    bool takePicture(const PictureFinding &finding, QPointF at, QUuid frameId);
+    void insertPicture(const PictureFinding &picture, QPointF at);
+    void fillPicture(Block &block, const PictureFinding &picture);
+    void reportRefusals(const PictureFinding &finding, bool isSomethingTaken);
     /// An image block without a picture that is selected alone, for which a paste is meant; or null.
     [[nodiscard]] BlockPtr selectedPictureFrame() const;
 
@@ -337,6 +344,7 @@ private:
     const Block *m_spawningBlock = nullptr;
     NotificationCenter::Observation m_deselectObservation;
     NotificationCenter::Observation m_turnObservation;
+    PictureIntake m_pictureIntake{PictureQueue::shared()};
 };
 
 } // namespace tallowby

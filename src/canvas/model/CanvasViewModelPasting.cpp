@@ -2,13 +2,11 @@
 #include "canvas/model/UndoGroup.h"
 #include "canvas/pasteboard/PasteboardBlocks.h"
 #include "model/AnyCodable.h"
-#include "model/ImageDecoding.h"
 #include "platform/Log.h"
 #include "platform/desktop/Pasteboard.h"
 #include "storage/BlockStorage.h"
+#include "storage/ImageCacheService.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QUrl>
 
 #include <algorithm>
@@ -21,31 +19,11 @@ namespace {
 constexpr qsizetype kMostDroppedFiles = 100;
 /// In characters.
 constexpr qsizetype kLongestPastedText = 10'000'000;
-/// Enough of a picture to know that it decodes.
-constexpr int kProbedSide = 64;
 /// In points, where the picture itself is not narrower.
 constexpr double kNarrowestFilledPicture = 50;
 /// Blocks that lie closer than this on one another cannot be told apart.
 constexpr double kCoveringDistance = 1;
 constexpr int kMostSteps = 100;
-
-/// The bytes of a file that may be a picture, or why it is refused.
-std::optional<QString> readPictureFile(const QUrl &url, QByteArray &bytes) {
-    const QFileInfo info(url.toLocalFile());
-    // Anything else, a pipe or a device, might never end.
-    if (!url.isLocalFile() || !info.isFile()) {
-        return QStringLiteral("it is no file of this machine");
-    }
-    if (info.size() > kLargestPictureFile) {
-        return QStringLiteral("it is larger than 32 MiB");
-    }
-    QFile file(info.filePath());
-    if (!file.open(QIODevice::ReadOnly)) {
-        return QStringLiteral("it cannot be read: ") + file.errorString();
-    }
-    bytes = file.read(kLargestPictureFile + 1);
-    return std::nullopt;
-}
 
 void logRefusal(const QString &what, const QString &why) {
     logLine(u"[Canvas] ⚠️ %1 not inserted: %2"_qs.arg(what, why));
@@ -70,23 +48,73 @@ void CanvasViewModel::handlePaste(QPointF at) {
     if (pasteBlocks(at)) {
         return;
     }
-    const BlockPtr picture = selectedPictureFrame();
-    const QList<QUrl> files = m_pasteboard.fileUrls();
-    if (!files.isEmpty() && (picture ? fillPicture(*picture, files.front()) : insertFile(files.front(), at))) {
-        return;
+    // All of it is taken now: the pasteboard may hold something else by the time a picture has been looked at.
+    std::vector<PictureSource> sources;
+    if (const QList<QUrl> files = m_pasteboard.fileUrls(); !files.isEmpty()) {
+        sources.emplace_back(files.front());
     }
     if (const QByteArray bytes = m_pasteboard.imageBytes(); !bytes.isEmpty()) {
-        const auto refusal = picture ? fillPicture(*picture, bytes) : insertImage(bytes, at);
-        if (!refusal) {
-            return;
-        }
-        logRefusal(QStringLiteral("The pasted picture was"), *refusal);
+        sources.emplace_back(bytes);
     }
-    QString text = m_pasteboard.text();
+    const QString text = m_pasteboard.text();
+    if (sources.empty()) {
+        pasteText(text, at);
+        return;
+    }
+    const BlockPtr frame = selectedPictureFrame();
+    const QUuid frameId = frame ? frame->id() : QUuid();
+    m_pictureIntake.look(std::move(sources), [this, at, text, frameId](const PictureFinding &finding) {
+        const bool isTaken = takePicture(finding, at, frameId) || pasteText(text, at);
+        reportRefusals(finding, isTaken);
+    });
+}
+
+bool CanvasViewModel::pasteText(QString text, QPointF at) {
     if (text.size() > kLongestPastedText) {
         logRefusal(QStringLiteral("The pasted text was"), QStringLiteral("it is longer than 10 million characters"));
-    } else if (!text.isEmpty()) {
-        spawnBlock(at, BlockType::text, text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+        return false;
+    }
+    if (text.isEmpty()) {
+        return false;
+    }
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    if (!isAnyBlockEditing()) {
+        spawnBlock(at, BlockType::text, text);
+        return true;
+    }
+    // Whoever has gone on typing meanwhile keeps the keyboard.
+    const BlockPtr block = makeSpawned(at, BlockType::text, text);
+    place(block);
+    registerAction(AddAction{block});
+    return true;
+}
+
+bool CanvasViewModel::takePicture(const PictureFinding &finding, QPointF at, QUuid frameId) {
+    if (finding.file.isEmpty()) {
+        return false;
+    }
+    const auto frame = std::ranges::find_if(blocks(), [&](const BlockPtr &block) { return block->id() == frameId; });
+    if (frame != blocks().end() && !(*frame)->imageData()) {
+        const BlockPtr block = *frame;
+        fillPicture(*block, finding);
+    } else {
+        insertPicture(finding, at);
+    }
+    return true;
+}
+
+void CanvasViewModel::reportRefusals(const PictureFinding &finding, bool isSomethingTaken) {
+    for (const RefusedSource &refused : finding.refused) {
+        logRefusal(refused.name.isEmpty() ? QStringLiteral("A picture was") : QString(refused.name + u" was"),
+                   refused.reason);
+    }
+    // Something else that came in its place says enough, unless there was a picture to be had.
+    const auto told = std::ranges::find_if(finding.refused, [isSomethingTaken](const RefusedSource &refused) {
+        return !isSomethingTaken || !refused.isOtherContent;
+    });
+    if (told != finding.refused.end()) {
+        Q_EMIT noticeRequested(told->name.isEmpty() ? tr("The picture was not inserted: %1").arg(told->reason)
+                                                    : tr("“%1” was not inserted: %2").arg(told->name, told->reason));
     }
 }
 
@@ -155,61 +183,34 @@ void CanvasViewModel::copyPicture(const Block &block) {
 }
 
 void CanvasViewModel::processAndInsertImage(const QByteArray &data, QPointF at) {
-    if (const auto refusal = insertImage(data, at)) {
-        logRefusal(QStringLiteral("A picture was"), *refusal);
-    }
+    m_pictureIntake.look(
+        {data}, [this, at](const PictureFinding &finding) { reportRefusals(finding, takePicture(finding, at, {})); });
 }
 
-std::optional<QString> CanvasViewModel::insertImage(const QByteArray &data, QPointF at) {
-    const DecodedPicture picture = decodePicture(data, kProbedSide);
-    if (!picture.refusal.isEmpty()) {
-        return picture.refusal;
-    }
+void CanvasViewModel::insertPicture(const PictureFinding &picture, QPointF at) {
     const double width = std::min(double(picture.size.width()), kWidestPicture);
     QRectF frame(0, 0, width, picture.size.height() * width / picture.size.width());
     frame.moveCenter(at);
     const auto block = std::make_shared<Block>(ownerOfNewBlocks(), BlockType::image, frame);
-    block->setContent("{\"image\":\"" + data.toBase64() + "\"}");
+    block->setContent("{\"image\":\"" + picture.file.toBase64() + "\"}");
+    ImageCacheService::shared().setPictureSize(picture.size, block->id());
     place(block);
-    return std::nullopt;
 }
 
-bool CanvasViewModel::insertFile(const QUrl &url, QPointF at) {
-    QByteArray bytes;
-    std::optional<QString> refusal = readPictureFile(url, bytes);
-    if (!refusal) {
-        refusal = insertImage(bytes, at);
-    }
-    if (refusal) {
-        logRefusal(url.fileName() + u" was", *refusal);
-    }
-    return !refusal;
-}
-
-std::optional<QString> CanvasViewModel::fillPicture(Block &block, const QByteArray &data) {
-    const DecodedPicture picture = decodePicture(data, kProbedSide);
-    if (!picture.refusal.isEmpty()) {
-        return picture.refusal;
-    }
+void CanvasViewModel::fillPicture(Block &block, const PictureFinding &picture) {
     const QRectF before = frameOf(block);
     const double width = std::min(double(picture.size.width()), std::max(before.width(), kNarrowestFilledPicture));
     QRectF frame(0, 0, width, picture.size.height() * width / picture.size.width());
     frame.moveCenter(before.center());
     applyFrame(block, frame);
-    setPayloadValue(block, QStringLiteral("image"), QString::fromLatin1(data.toBase64()));
-    return std::nullopt;
+    ImageCacheService::shared().setPictureSize(picture.size, block.id());
+    setPayloadValue(block, QStringLiteral("image"), QString::fromLatin1(picture.file.toBase64()));
 }
 
-bool CanvasViewModel::fillPicture(Block &block, const QUrl &file) {
-    QByteArray bytes;
-    std::optional<QString> refusal = readPictureFile(file, bytes);
-    if (!refusal) {
-        refusal = fillPicture(block, bytes);
-    }
-    if (refusal) {
-        logRefusal(file.fileName() + u" was", *refusal);
-    }
-    return !refusal;
+void CanvasViewModel::fillPicture(const Block &block, const QUrl &file) {
+    m_pictureIntake.look({file}, [this, id = block.id(), at = frameOf(block).center()](const PictureFinding &finding) {
+        reportRefusals(finding, takePicture(finding, at, id));
+    });
 }
 
 BlockPtr CanvasViewModel::selectedPictureFrame() const {
@@ -223,11 +224,17 @@ void CanvasViewModel::insertFiles(const QList<QUrl> &urls, QPointF at) {
     if (urls.size() > kMostDroppedFiles) {
         logRefusal(QStringLiteral("%1 of %2 files were").arg(urls.size() - kMostDroppedFiles).arg(urls.size()),
                    QStringLiteral("there are more than %1 of them").arg(kMostDroppedFiles));
+        Q_EMIT noticeRequested(tr("Only the first %n files were inserted", nullptr, int(kMostDroppedFiles)));
     }
+    const auto next = std::make_shared<QPointF>(at);
     for (const QUrl &url : urls.first(std::min(urls.size(), kMostDroppedFiles))) {
-        if (insertFile(url, at)) {
-            at += QPointF(kDuplicateOffset, kDuplicateOffset);
-        }
+        m_pictureIntake.look({url}, [this, next](const PictureFinding &finding) {
+            const bool isTaken = takePicture(finding, *next, {});
+            reportRefusals(finding, isTaken);
+            if (isTaken) {
+                *next += QPointF(kDuplicateOffset, kDuplicateOffset);
+            }
+        });
     }
 }
 

@@ -4,15 +4,17 @@
 #include "model/AnyCodable.h"
 #include "model/BlockRecordReader.h"
 #include "model/BlockRecordWriter.h"
-#include "model/ImageDecoding.h"
 #include "model/TimestampCoding.h"
+#include "storage/PictureQueue.h"
 
 #include <QMimeDatabase>
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstring>
+#include <future>
 
 namespace tallowby {
 
@@ -31,7 +33,9 @@ const QString &stylesType() {
 /// In canvas points. Farther out, neighbouring numbers are too far apart to draw with.
 constexpr double kFarthest = 1e9;
 /// In pixels, of what other programs get that do not take the file itself.
-constexpr int kLongestCopiedSide = 8192;
+constexpr int kLongestCopiedSide = 4096;
+/// Meanwhile this program does nothing else.
+constexpr std::chrono::seconds kMaxWaitForPixels{1};
 
 QString textOf(const Block &block) {
     QStringList lines;
@@ -137,7 +141,18 @@ std::optional<PasteboardPicture> pictureOf(const Block &block) {
     if (!mimeType.startsWith(u"image/")) {
         return std::nullopt;
     }
-    return PasteboardPicture{file, mimeType, [file] { return decodePicture(file, kLongestCopiedSide).image; }};
+    if (mimeType == u"image/png") {
+        return PasteboardPicture{file, mimeType, nullptr}; // Every program reads it as it is.
+    }
+    // Begun now, since the other program does not wait long once it has asked.
+    const auto decode = [pixels = PictureQueue::shared().pixelsOf(file, kLongestCopiedSide)] {
+        try {
+            return pixels.wait_for(kMaxWaitForPixels) == std::future_status::ready ? pixels.get() : QImage();
+        } catch (const std::future_error &) {
+            return QImage(); // The program is ending.
+        }
+    };
+    return PasteboardPicture{file, mimeType, decode};
 }
 
 PasteboardWriting pasteboardContentOf(const std::vector<BlockPtr> &blocks) {

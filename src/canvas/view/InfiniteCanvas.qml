@@ -131,6 +131,11 @@ InfiniteCanvasView {
         }
     }
 
+    CanvasNotice {
+        anchors { horizontalCenter: parent.horizontalCenter; bottom: toolPalette.top; bottomMargin: Theme.spacePanel }
+        canvas: view
+    }
+
     ContextMenu {
         id: contextMenu
 

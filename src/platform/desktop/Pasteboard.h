@@ -17,7 +17,7 @@ struct PasteboardPicture {
     QByteArray file;
     /// Of the file.
     QString mimeType;
-    /// Asked once at most, when another program wants pixels.
+    /// Asked when another program wants pixels, until there are some; none when the file says it all.
     std::function<QImage()> decode;
 };
 

@@ -1,6 +1,8 @@
 #include "canvas/tools/GestureDriver.h"
 
+#include "support/WaitUntil.h"
 #include <gmock/gmock.h>
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>
@@ -38,7 +40,9 @@ struct SelectingTool : testing::Test {
         QImage image(picture, QImage::Format_RGB32);
         image.fill(Qt::red);
         image.save(&buffer, "PNG");
+        const std::size_t before = canvas.model.blocks().size();
         canvas.model.processAndInsertImage(bytes, {});
+        EXPECT_TRUE(test::waitUntil([&] { return canvas.model.blocks().size() > before; }));
         const BlockPtr block = canvas.model.blocks().back();
         canvas.model.setFrameDuringGesture(*block, frame);
         canvas.model.selectOnly(block);
