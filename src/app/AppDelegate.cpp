@@ -366,7 +366,7 @@ void AppDelegate::updateSaveStatus() {
 /// save.
 void AppDelegate::finishWhatIsUnderWay() {
     if (m_canvasViewModel) {
-        // An empty text leaves nothing behind.
+        // What is being composed belongs to the text, and an empty text leaves nothing behind.
         m_canvasViewModel->endEditing();
     }
     if (m_voiceRecording) {

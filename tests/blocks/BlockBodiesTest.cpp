@@ -236,6 +236,26 @@ TEST_F(BlockBodies, StyleReachesEditorAndDisplay) {
     EXPECT_EQ(canvas.focus()->property("color").value<QColor>(), QColor(0x2F6BEB));
 }
 
+TEST_F(BlockBodies, OpeningATextChangesNothingAndAnEditOnlyWhatIsEdited) {
+    const QString text = QStringLiteral("Voil\u00e0\u00a0!\r\nhttps://a.example\u2028end\u00a0");
+    for (const BlockType type : {BlockType::text, BlockType::code, BlockType::stickyNote}) {
+        const BlockPtr block = canvas.add(type, {-300, -200, 200, 200}, text);
+        canvas.settle();
+        canvas.model.beginEditing(block);
+        canvas.settle();
+        canvas.model.endEditing();
+        EXPECT_EQ(block->rawTextOrEmpty(), text);
+        EXPECT_FALSE(canvas.model.canUndo());
+        canvas.model.beginEditing(block);
+        canvas.settle();
+        canvas.press(Qt::Key_End, Qt::ControlModifier);
+        canvas.type(QStringLiteral("."));
+        EXPECT_EQ(block->rawTextOrEmpty(), QStringLiteral("Voil\u00e0\u00a0!\nhttps://a.example\u2028end\u00a0."));
+        canvas.model.undo();
+        EXPECT_EQ(block->rawTextOrEmpty(), text);
+    }
+}
+
 TEST_F(BlockBodies, PastingTakesPlainTextOnly) {
     auto *rich = new QMimeData;
     rich->setHtml(QStringLiteral("<h1>Big</h1><img src='file:///etc/passwd'>"));

@@ -79,6 +79,8 @@ TEST_F(Checklists, SeveralPastedLinesAreSeveralItems) {
 
 TEST_F(Checklists, ThePointerChecksAddsDeletesAndReorders) {
     const BlockPtr block = add(threeItems);
+    const BlockPtr noteAbove = canvas.add(BlockType::text, {0, 0, 100, 24}, QStringLiteral("above"));
+    canvas.settle();
     EXPECT_EQ(body(block).progress(), QStringLiteral("1 of 3"));
     const double height = block->height();
     const auto row = [](int item, double x) { return QPointF(100 + x, 100 + 36 + 28 * item + 14); };
@@ -106,6 +108,7 @@ TEST_F(Checklists, ThePointerChecksAddsDeletesAndReorders) {
     canvas.click(row(2, 60));
     canvas.type(QStringLiteral("new"));
     EXPECT_EQ(items(block).back(), QStringLiteral("new"));
+    EXPECT_EQ(noteAbove->rawTextOrEmpty(), QStringLiteral("above"));
     EXPECT_EQ(QPointF(block->xPosition(), block->yPosition()), QPointF(-300, -200)) << "nothing was dragged along";
 }
 

@@ -60,6 +60,14 @@ TEST_F(Tables, KeysWalkFromCellToCell) {
     canvas.press(Qt::Key_Left);
     canvas.type(QStringLiteral("!"));
     EXPECT_EQ(cells(block), QStringLiteral("a,B!|c,d|e,"));
+    canvas.press(Qt::Key_Tab);
+    canvas.press(Qt::Key_Tab);
+    canvas.type(QStringLiteral("d"));
+    canvas.press(Qt::Key_Backtab);
+    canvas.type(QStringLiteral("d"));
+    canvas.press(Qt::Key_Tab);
+    canvas.press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(cells(block), QStringLiteral("a,B!|d,d|e,")) << "what was typed into another cell stays";
     EXPECT_TRUE(block->needsSync());
     canvas.press(Qt::Key_Escape);
     EXPECT_FALSE(canvas.model.isAnyBlockEditing());

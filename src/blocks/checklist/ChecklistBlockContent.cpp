@@ -245,6 +245,9 @@ void ChecklistBlockContent::edit(int field, int caret) {
     if (!editor() || !canOpen(field)) {
         return;
     }
+    if (field != m_field) {
+        leaveField();
+    }
     const auto leave = [this, field] {
         m_field = field;
         if (field >= 0 && field < m_first) {
@@ -316,6 +319,7 @@ bool ChecklistBlockContent::removeIfEmpty() {
     if (m_field < 0 || !m_list.text(m_field).isEmpty()) {
         return false;
     }
+    leaveField();
     const int removed = m_field;
     m_list.remove(removed);
     m_field = openableFrom(removed - 1, -1);
@@ -334,7 +338,7 @@ void ChecklistBlockContent::breakItem() {
         edit(openableFrom(0, 1), -1);
         return;
     }
-    const QString text = m_list.text(m_field);
+    const QString text = field()->text();
     const int caret = field()->caret();
     m_list.setText(m_field, text.left(caret));
     m_list.insert(m_field + 1, text.sliced(caret));
@@ -354,7 +358,7 @@ bool ChecklistBlockContent::pasteLines() {
         return false;
     }
     // The first line goes where the caret is, as any text; what was behind the caret stays behind the last one.
-    const QString text = m_list.text(m_field);
+    const QString text = field()->text();
     const int start = inputItem()->property("selectionStart").toInt();
     const int end = inputItem()->property("selectionEnd").toInt();
     const int caret = int(lines.back().size());
@@ -393,6 +397,7 @@ void ChecklistBlockContent::toggle(int item) {
 }
 
 void ChecklistBlockContent::removeItem(int item) {
+    leaveField();
     m_list.remove(item);
     if (m_field == item) {
         const int next = openableFrom(item, 1);
@@ -405,6 +410,7 @@ void ChecklistBlockContent::removeItem(int item) {
 }
 
 void ChecklistBlockContent::addItem() {
+    leaveField();
     m_list.insert(m_list.count(), {});
     writeItems();
     const auto &blocks = viewModel().visibleBlocks();

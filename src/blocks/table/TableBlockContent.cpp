@@ -252,12 +252,14 @@ void TableBlockContent::settleZoom() {
 // Rows and columns.
 
 void TableBlockContent::insertRow(int row) {
+    leaveField();
     m_table.insertRow(row);
     writeShape();
     edit({row, m_cell.column}, Caret::end);
 }
 
 void TableBlockContent::insertColumn(int column) {
+    leaveField();
     m_table.insertColumn(column);
     writeShape();
     edit({m_cell.row, column}, Caret::end);
@@ -272,6 +274,7 @@ void TableBlockContent::addColumn() {
 }
 
 void TableBlockContent::removeRow() {
+    leaveField();
     m_table.removeRow(m_cell.row);
     m_cell.row = std::min(m_cell.row, m_table.rowCount() - 1);
     writeShape();
@@ -279,6 +282,7 @@ void TableBlockContent::removeRow() {
 }
 
 void TableBlockContent::removeColumn() {
+    leaveField();
     m_table.removeColumn(m_cell.column);
     m_cell.column = std::min(m_cell.column, m_table.columnCount() - 1);
     writeShape();
@@ -293,6 +297,7 @@ std::vector<MenuEntry> TableBlockContent::menuEntries() {
     const auto change = [this, cell](const std::function<void(TableBlockContent &)> &how) {
         return [item = QPointer(this), cell, how] {
             if (item && cell.row < item->m_table.rowCount() && cell.column < item->m_table.columnCount()) {
+                item->leaveField();
                 item->m_cell = cell;
                 how(*item);
             }

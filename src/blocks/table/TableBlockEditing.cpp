@@ -103,6 +103,9 @@ void TableBlockContent::edit(Cell cell, Caret caret) {
     if (!editor() || !canOpen(cell)) {
         return;
     }
+    if (cell != m_cell) {
+        leaveField();
+    }
     const auto leave = [this, cell] {
         m_cell = cell;
         scrollTo(cell.row, cell.column);

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QQuickTextDocument>
+#include <QScopedValueRollback>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -23,6 +24,10 @@ constexpr qsizetype kLongLine = 2'000;
 constexpr qreal kLongLineWrapWidth = 8'000;
 
 constexpr const char *kCursorPosition = "cursorPosition";
+
+/// Where frames begin and end in a document.
+constexpr QChar kFrameStart = u'\xfdd0';
+constexpr QChar kFrameEnd = u'\xfdd1';
 
 } // namespace
 
@@ -59,18 +64,24 @@ void AutoExpandingTextEditor::setTextEdit(QQuickItem *textEdit) {
 void AutoExpandingTextEditor::componentComplete() {
     QQuickItem::componentComplete();
     showText();
+    m_text = documentText();
     m_textEdit->setProperty(kCursorPosition, m_text.size());
     connect(m_document, &QTextDocument::contentsChanged, this, &AutoExpandingTextEditor::takeEdit);
 }
 
 void AutoExpandingTextEditor::setText(const QString &text) {
-    if (m_text == text || !m_preedit.isEmpty()) {
+    if (m_ownersText == text || !m_preedit.isEmpty()) {
         return;
     }
-    adopt(text);
+    m_ownersText = text;
     if (isComponentComplete()) {
         showText();
     }
+    adopt(isComponentComplete() ? documentText() : text);
+}
+
+void AutoExpandingTextEditor::forgetHistory() {
+    m_document->clearUndoRedoStacks();
 }
 
 void AutoExpandingTextEditor::setFont(const QFont &font) {
@@ -95,16 +106,42 @@ void AutoExpandingTextEditor::setIsStruck(bool isStruck) {
 }
 
 void AutoExpandingTextEditor::showText() {
-    if (m_document->toPlainText() != m_text) {
-        m_textEdit->setProperty("text", m_text);
+    if (documentText() == m_ownersText) {
+        return;
+    }
+    const QScopedValueRollback showing(m_isShowing, true);
+    // The item takes a text that differs in nothing but no-break spaces for the one that it has.
+    m_textEdit->setProperty("text", QString());
+    m_textEdit->setProperty("text", m_ownersText);
+}
+
+/// The document says that it has changed, also when only its looks have.
+void AutoExpandingTextEditor::takeEdit() {
+    const QString text = documentText();
+    if (!m_isShowing && text != m_text) {
+        take(text);
     }
 }
 
-void AutoExpandingTextEditor::takeEdit() {
-    const QString text = m_document->toPlainText();
-    if (text != m_text) {
-        adopt(text);
+void AutoExpandingTextEditor::take(const QString &text) {
+    m_ownersText = text;
+    adopt(text);
+    Q_EMIT edited();
+}
+
+/// As `QTextDocument::toPlainText`, but no-break spaces stay what they are, and so do line separators that the text
+/// came with.
+QString AutoExpandingTextEditor::documentText() const {
+    QString text = m_document->toRawText();
+    const bool keepsSeparators = m_ownersText.contains(QChar::LineSeparator);
+    for (QChar &character : text) {
+        const bool isBreak = character == QChar::ParagraphSeparator || character == kFrameStart ||
+                             character == kFrameEnd || (character == QChar::LineSeparator && !keepsSeparators);
+        if (isBreak) {
+            character = u'\n';
+        }
     }
+    return text;
 }
 
 void AutoExpandingTextEditor::adopt(const QString &text) {
@@ -194,7 +231,7 @@ bool AutoExpandingTextEditor::pasteEnormousText() {
     const int end = m_textEdit->property("selectionEnd").toInt();
     QString text = m_text;
     text.replace(start, end - start, pasted);
-    adopt(text);
+    take(text);
     Q_EMIT committed();
     return true;
 }

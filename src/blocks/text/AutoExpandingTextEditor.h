@@ -17,7 +17,8 @@ class AutoExpandingTextEditor : public QQuickItem {
     QML_ELEMENT
     /// The `TextEdit` inside.
     Q_PROPERTY(QQuickItem *textEdit READ textEdit WRITE setTextEdit NOTIFY textEditChanged REQUIRED)
-    /// The owner's text. While an input method composes, a new value does not replace what is in the editor.
+    /// The owner's text as the editor has it, with every line break as one character. While an input method composes, a
+    /// new value does not replace what is in the editor.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(QColor textColor READ textColor WRITE setTextColor NOTIFY textColorChanged)
@@ -43,6 +44,8 @@ public:
     void setTextEdit(QQuickItem *textEdit);
     [[nodiscard]] const QString &text() const { return m_text; }
     void setText(const QString &text);
+    /// What was typed so far cannot be undone any more: the text that follows is another one.
+    void forgetHistory();
     [[nodiscard]] QFont font() const { return m_font; }
     void setFont(const QFont &font);
     [[nodiscard]] QColor textColor() const { return m_textColor; }
@@ -73,6 +76,8 @@ public:
 Q_SIGNALS:
     void textEditChanged();
     void textChanged();
+    /// The user has changed the text.
+    void edited();
     void fontChanged();
     void textColorChanged();
     void isStruckChanged();
@@ -93,12 +98,18 @@ private:
     [[nodiscard]] bool pasteEnormousText();
     void showText();
     void takeEdit();
+    /// An edit, which the owner has not seen yet.
+    void take(const QString &text);
     void adopt(const QString &text);
+    [[nodiscard]] QString documentText() const;
     void updateIsBlank();
 
     QPointer<QQuickItem> m_textEdit;
     QTextDocument *m_document = nullptr;
     QString m_text;
+    /// Before the document made one of its own of it, which may differ in its line breaks.
+    QString m_ownersText;
+    bool m_isShowing = false;
     QString m_preedit;
     QFont m_font;
     QColor m_textColor;

@@ -30,7 +30,7 @@ void EditedBody::openEditor() {
     component.completeCreate();
 
     connect(block(), &Block::rawTextChanged, m_editor, [this] { m_editor->setText(editedText()); });
-    connect(m_editor, &AutoExpandingTextEditor::textChanged, this, [this] { takeText(m_editor->text()); });
+    connect(m_editor, &AutoExpandingTextEditor::edited, this, [this] { takeText(m_editor->text()); });
     connect(m_editor, &AutoExpandingTextEditor::isBlankChanged, this, &EditedBody::isDisplayShownChanged);
     connect(m_editor, &AutoExpandingTextEditor::committed, this, [this] { commit(); });
     editorOpened(*m_editor);

@@ -1,10 +1,8 @@
 #include "blocks/text/FieldsBody.h"
 
 #include "blocks/text/FieldEditor.h"
+#include "canvas/view/InfiniteCanvasView.h"
 #include "model/AnyCodable.h"
-
-#include <QGuiApplication>
-#include <QInputMethod>
 
 namespace tallowby {
 
@@ -42,8 +40,15 @@ void FieldsBody::write(const QString &key, const AnyCodable &value) {
     m_isWriting = false;
 }
 
+void FieldsBody::leaveField() {
+    if (editor()) {
+        canvas().finishComposing();
+        editor()->forgetHistory();
+    }
+}
+
 void FieldsBody::moveEditor(const std::function<void()> &leave, int caret) {
-    QGuiApplication::inputMethod()->commit();
+    canvas().finishComposing();
     leave();
     const QString text = editedText();
     editor()->setText(text);

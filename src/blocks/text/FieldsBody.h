@@ -33,8 +33,10 @@ protected:
     [[nodiscard]] FieldEditor *field() const;
     /// Changes one key of the payload, without a reload.
     void write(const QString &key, const AnyCodable &value);
-    /// What an input method composes goes to the field that is left; `leave` names the new one and lays out. The caret
-    /// goes to a place in characters, or to the end below 0.
+    /// What an input method composes goes to the field that is edited still, and undo will not lead back to it. Comes
+    /// before any change of which field is edited, and of what the numbers of fields mean.
+    void leaveField();
+    /// `leave` names the new field and lays out. The caret goes to a place in characters, or to the end below 0.
     void moveEditor(const std::function<void()> &leave, int caret);
     /// Whether the caret is in the line of the field from which `step` (1 or -1) leads out of it.
     [[nodiscard]] bool isCaretInLastLine(int step) const;

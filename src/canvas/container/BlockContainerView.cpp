@@ -1,7 +1,5 @@
 #include "canvas/container/BlockContainerView.h"
 
-#include <QGuiApplication>
-#include <QInputMethod>
 #include <QPropertyAnimation>
 #include <QQmlComponent>
 
@@ -180,10 +178,8 @@ void BlockContainerView::followFocus() {
     if (isEditing() == isFocused) {
         return;
     }
-    if (!isFocused && m_body->inputItem()) {
-        // What is still being composed belongs to the text.
-        QGuiApplication::inputMethod()->commit();
-        m_body->inputItem()->setFocus(false);
+    if (QQuickItem *input = isFocused ? nullptr : m_body->inputItem()) {
+        input->setFocus(false);
     }
     letPointerIn(isFocused);
     m_body->setIsEditing(isFocused);

@@ -131,7 +131,7 @@ public:
     [[nodiscard]] bool isAnyBlockEditing() const { return m_focusedBlock != nullptr; }
     /// Opens the block for editing, in front of all others and selected alone, and among the visible ones. Ends other
     /// editing first. Selects only when the block's text is too long.
-    void beginEditing(const BlockPtr &block);
+    void beginEditing(BlockPtr block);
     /// A text that has changed since its editing began is recorded for undo. A text block that was left without any
     /// text is removed: a new one as if it had never been, an older one with the text that it had, which undo brings
     /// back.
@@ -249,6 +249,9 @@ Q_SIGNALS:
     /// The frames of some blocks, in view or not.
     void framesChanged();
     void selectionChanged();
+    /// The focused block is still the one whose editing is going to end: what an input method is composing goes into
+    /// it now.
+    void editingAboutToEnd();
     void focusedBlockIdChanged();
     void isAnyBlockEditingChanged();
     void activeToolChanged();

@@ -15,7 +15,8 @@ bool isBlank(const Block &block) {
 
 } // namespace
 
-void CanvasViewModel::beginEditing(const BlockPtr &block) {
+/// By value: the block may be named by one of the lists whose order changes here.
+void CanvasViewModel::beginEditing(BlockPtr block) { // NOLINT(performance-unnecessary-value-param)
     if (m_focusedBlock == block) {
         return;
     }
@@ -34,7 +35,6 @@ void CanvasViewModel::endEditing() {
         return;
     }
     const QString textAtStart = std::exchange(m_textAtStart, {});
-    // What an input method still holds becomes part of the text here.
     setFocusedBlock(nullptr);
     if (!block->isLive()) {
         return;
@@ -95,10 +95,13 @@ void CanvasViewModel::open(const BlockPtr &block, bool isNew) {
 }
 
 void CanvasViewModel::setFocusedBlock(const BlockPtr &block) {
-    const BlockPtr previous = std::exchange(m_focusedBlock, block);
-    if (previous == block) {
+    if (m_focusedBlock == block) {
         return;
     }
+    if (m_focusedBlock) {
+        Q_EMIT editingAboutToEnd();
+    }
+    const BlockPtr previous = std::exchange(m_focusedBlock, block);
     Q_EMIT focusedBlockIdChanged();
     if (!previous || !block) {
         Q_EMIT isAnyBlockEditingChanged();

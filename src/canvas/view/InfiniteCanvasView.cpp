@@ -50,6 +50,8 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
     m_viewModel = &viewModel;
     m_blockKinds = &blockKinds;
     m_notifications = &notifications;
+    m_inputMethod.emplace(viewModel.scheduler());
+    connect(&viewModel, &CanvasViewModel::editingAboutToEnd, this, &InfiniteCanvasView::finishComposing);
     m_turn = notifications.observe(events::flipReversing, [this](const Notification &) { handleTurningAway(); });
     connect(viewModel.visibleBlocksModel(), &VisibleBlocksModel::changed, &m_containerRows, &ContainerRows::update);
     connect(&viewModel, &CanvasViewModel::focusedBlockIdChanged, &m_containerRows, &ContainerRows::update);
@@ -59,8 +61,11 @@ void InfiniteCanvasView::attach(CanvasViewModel &viewModel, const BlockKindRegis
             m_viewModel->endEditing();
             return;
         }
-        if (!m_viewModel->isAnyBlockEditing() && hasActiveFocus()) {
-            forceActiveFocus();
+        if (!m_viewModel->isAnyBlockEditing()) {
+            m_keepsInputMethod = false;
+            if (hasActiveFocus()) {
+                forceActiveFocus();
+            }
         }
     });
     // A tool that is put away in the middle of its use leaves nothing behind.

@@ -6,6 +6,7 @@
 #include "canvas/model/CanvasViewModel.h"
 #include "canvas/overlay/menu/MenuEntriesModel.h"
 #include "canvas/tools/ToolBox.h"
+#include "canvas/view/InputMethodHandover.h"
 #include "canvas/view/LeadingKeys.h"
 #include "canvas/view/NoteColumn.h"
 #include "canvas/view/Viewport.h"
@@ -107,6 +108,9 @@ public:
     void rememberContainer(BlockContainerView &container);
     void forgetContainer(BlockContainerView &container);
     void editorOpened();
+    /// What an input method is composing goes into its text, as it stands. Whoever changes or leaves a text asks for
+    /// this first.
+    void finishComposing();
     /// How far a block is drawn from its place while it is dragged, in canvas points; none while it is not.
     [[nodiscard]] std::optional<QPointF> dragOffsetOf(const Block &block) const;
     /// Of the selected blocks, which are dragged all together.
@@ -228,7 +232,6 @@ private:
     /// False for a character that is no key of the canvas.
     [[nodiscard]] bool actOnCharacter(QChar character, const QKeyEvent &event);
     void nudge(double dx, double dy, Qt::KeyboardModifiers modifiers);
-    void handOverInputMethod();
 
     Viewport m_viewport;
     /// At which the bodies were told how they are seen.
@@ -272,10 +275,11 @@ private:
     LeadingKeys m_leadingKeys;
     /// Owned as a child.
     CaretFollower *m_caretFollower;
-    /// While an input method composes the first word of a block, the keyboard focus stays here and what it sends goes
-    /// on to the block's editor: a change of focus would make it give up the composition.
+    /// From the first word that an input method composes on the empty canvas, the keyboard focus stays here while that
+    /// block is edited, and what comes goes on to the block's editor: a change of focus would cut the next word, which
+    /// may have begun in the same instant.
     bool m_keepsInputMethod = false;
-    bool m_hasPreedit = false;
+    std::optional<InputMethodHandover> m_inputMethod;
 };
 
 } // namespace tallowby

@@ -7,7 +7,6 @@
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QInputMethod>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -27,8 +26,6 @@ constexpr std::array kToolsByDigit{
     CanvasTool::Kind::image,  CanvasTool::Kind::stickyNote, CanvasTool::Kind::voiceNote,
 };
 constexpr int kShapeTypeCount = 7;
-/// Where an input method puts its window while nothing is edited: beside the pointer, at the height of a line.
-constexpr QSizeF kPointerCaret{1, 20};
 
 } // namespace
 
@@ -333,66 +330,6 @@ QString InfiniteCanvasView::takeLeadingKeys(const QString &next) {
     m_viewModel->setToolLocked(m_leadingKeys.before().isToolLocked);
     m_viewModel->setActiveTool(m_leadingKeys.before().tool);
     return m_leadingKeys.take();
-}
-
-void InfiniteCanvasView::editorOpened() {
-    QQuickItem *input = editorInput();
-    if (input) {
-        m_caretFollower->setInput(input);
-    }
-    if (input && !m_keepsInputMethod) {
-        input->forceActiveFocus();
-    }
-}
-
-QQuickItem *InfiniteCanvasView::editorInput() const {
-    const BlockBody *body = bodyOf(m_viewModel->focusedBlock().get());
-    return body ? body->inputItem() : nullptr;
-}
-
-void InfiniteCanvasView::inputMethodEvent(QInputMethodEvent *event) {
-    m_hasPreedit = !event->preeditString().isEmpty();
-    if (!m_viewModel->isAnyBlockEditing()) {
-        if (!m_hasPreedit && printable(event->commitString()).isEmpty()) {
-            return;
-        }
-        m_keepsInputMethod = true;
-        typeAnywhere({});
-    }
-    if (QQuickItem *input = editorInput()) {
-        QCoreApplication::sendEvent(input, event);
-        updateInputMethod(Qt::ImQueryInput);
-    }
-    if (m_keepsInputMethod && !m_hasPreedit) {
-        // Not before the input method has returned from this event: on a change of focus it commits what it holds to be
-        // uncommitted still.
-        QMetaObject::invokeMethod(this, &InfiniteCanvasView::handOverInputMethod, Qt::QueuedConnection);
-    }
-}
-
-void InfiniteCanvasView::handOverInputMethod() {
-    if (m_hasPreedit) {
-        return;
-    }
-    m_keepsInputMethod = false;
-    // One that was emptied letter by letter may still remember the last of them, and would commit it now.
-    QGuiApplication::inputMethod()->reset();
-    if (QQuickItem *input = editorInput()) {
-        input->forceActiveFocus();
-    }
-}
-
-QVariant InfiniteCanvasView::inputMethodQuery(Qt::InputMethodQuery query) const {
-    if (query == Qt::ImEnabled) {
-        return true;
-    }
-    QQuickItem *input = editorInput();
-    if (!input) {
-        return query == Qt::ImCursorRectangle ? QVariant(QRectF(mapFromGlobal(QCursor::pos()), kPointerCaret))
-                                              : QQuickItem::inputMethodQuery(query);
-    }
-    const QVariant answer = input->inputMethodQuery(query);
-    return answer.typeId() == QMetaType::QRectF ? QVariant(mapRectFromItem(input, answer.toRectF())) : answer;
 }
 
 } // namespace tallowby

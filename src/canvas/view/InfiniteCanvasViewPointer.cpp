@@ -54,8 +54,14 @@ PointerInput InfiniteCanvasView::inputOf(const QEventPoint &point, Qt::KeyboardM
     return m_pointer;
 }
 
-/// What a pen does comes to items as events of the mouse; how hard it presses only to the window.
+/// What a pen does comes to items as events of the mouse; how hard it presses only to the window. A press anywhere in
+/// the window may move the caret or take the text away before its items know that something is being composed.
 bool InfiniteCanvasView::eventFilter(QObject *watched, QEvent *event) {
+    const bool isPress = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin ||
+                         event->type() == QEvent::TabletPress;
+    if (isPress && m_inputMethod) {
+        finishComposing();
+    }
     if (event->type() == QEvent::TabletRelease) {
         m_penPressure.reset();
     } else if (event->type() == QEvent::TabletPress || event->type() == QEvent::TabletMove) {
