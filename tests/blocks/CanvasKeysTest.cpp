@@ -1,6 +1,6 @@
 #include "blocks/CanvasDriver.h"
 #include "canvas/model/BlockGeometry.h"
-#include "canvas/view/NoteColumn.h"
+#include "canvas/view/typing/NoteColumn.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "blocks/CanvasDriver.h"
-#include "canvas/view/LeadingKeys.h"
+#include "canvas/view/typing/LeadingKeys.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

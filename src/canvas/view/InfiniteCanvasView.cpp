@@ -1,8 +1,8 @@
 #include "canvas/view/InfiniteCanvasView.h"
 
 #include "canvas/container/BlockContainerView.h"
-#include "canvas/view/CaretFollower.h"
 #include "canvas/view/ImagePicker.h"
+#include "canvas/view/typing/CaretFollower.h"
 #include "platform/AppEvents.h"
 #include "platform/desktop/MotionPreference.h"
 

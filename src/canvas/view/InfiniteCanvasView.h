@@ -6,10 +6,10 @@
 #include "canvas/model/CanvasViewModel.h"
 #include "canvas/overlay/menu/MenuEntriesModel.h"
 #include "canvas/tools/ToolBox.h"
-#include "canvas/view/InputMethodHandover.h"
-#include "canvas/view/LeadingKeys.h"
-#include "canvas/view/NoteColumn.h"
 #include "canvas/view/Viewport.h"
+#include "canvas/view/typing/InputMethodHandover.h"
+#include "canvas/view/typing/LeadingKeys.h"
+#include "canvas/view/typing/NoteColumn.h"
 #include "platform/Scheduler.h"
 
 #include <QHash>

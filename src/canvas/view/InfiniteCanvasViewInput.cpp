@@ -1,7 +1,7 @@
 #include "canvas/container/BlockContainerView.h"
 #include "canvas/view/CanvasKeys.h"
-#include "canvas/view/CaretFollower.h"
 #include "canvas/view/InfiniteCanvasView.h"
+#include "canvas/view/typing/CaretFollower.h"
 
 #include <QCursor>
 #include <QInputMethodEvent>

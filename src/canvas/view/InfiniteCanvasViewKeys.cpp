@@ -2,7 +2,7 @@
 
 #include "canvas/container/BlockContainerView.h"
 #include "canvas/view/CanvasKeys.h"
-#include "canvas/view/CaretFollower.h"
+#include "canvas/view/typing/CaretFollower.h"
 #include "platform/VirtualKey.h"
 
 #include <QCursor>

@@ -1,4 +1,4 @@
-#include "canvas/view/LeadingKeys.h"
+#include "canvas/view/typing/LeadingKeys.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "canvas/view/InputMethodHandover.h"
+#include "canvas/view/typing/InputMethodHandover.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

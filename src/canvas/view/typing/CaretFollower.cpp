@@ -1,4 +1,4 @@
-#include "canvas/view/CaretFollower.h"
+#include "canvas/view/typing/CaretFollower.h"
 
 #include "canvas/view/CanvasKeys.h"
 #include "canvas/view/InfiniteCanvasView.h"

@@ -1,4 +1,4 @@
-#include "canvas/view/NoteColumn.h"
+#include "canvas/view/typing/NoteColumn.h"
 
 #include "canvas/model/BlockGeometry.h"
 #include "canvas/model/CanvasViewModel.h"
