@@ -136,7 +136,7 @@ void AppDelegate::applicationDidFinishLaunching() {
             [this] { m_notifications.post(events::canvasCloseRequested); });
     m_flipClosedObservation = m_notifications.observe(events::flipClosed, [this](const auto &) {
         openWaitingWindow();
-        showUnreadableNotes();
+        m_notesNotices->showWaiting();
     });
 }
 
