@@ -13,6 +13,7 @@ namespace tallowby {
 namespace {
 
 constexpr qsizetype kPartSize = 64 * 1024;
+constexpr int kFirstErrorStatus = 400;
 
 struct Words {
     Q_DECLARE_TR_FUNCTIONS(tallowby::NetworkHttpClient)
@@ -149,6 +150,11 @@ private:
             return;
         }
         m_response.status = status.toInt();
+        // The network stack gives up unpacking with the error that it also has for statuses that it does not know.
+        if (error == QNetworkReply::UnknownContentError && m_response.status < kFirstErrorStatus) {
+            deliver(HttpFailure{Words::tr("The answer is too large or damaged")});
+            return;
+        }
         m_response.contentType = m_reply->rawHeader(QByteArrayLiteral("Content-Type"));
         m_response.contentRange = m_reply->rawHeader(QByteArrayLiteral("Content-Range"));
         deliver(std::move(m_response));

@@ -185,8 +185,8 @@ TEST_P(Composing, AWordStaysInTheFieldThatIsLeft) {
     auto &body = dynamic_cast<TableBlockContent &>(*canvas.containers().at(table.get())->body());
     const auto cells = [&table] {
         QStringList texts;
-        for (const QStringList &row : table->tableData()) {
-            texts << row.join(u',');
+        for (const QStringList &cellsOfRow : table->tableData()) {
+            texts << cellsOfRow.join(u',');
         }
         return texts.join(u'|');
     };
