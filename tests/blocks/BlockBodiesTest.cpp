@@ -179,7 +179,7 @@ TEST_F(BlockBodies, ATextPulledNarrowerThanItsLineWrapsAndNothingIsOutsideOfIt) 
     EXPECT_GT(block->height(), wrapped);
     canvas.model.endEditing();
     pullTo(120);
-    EXPECT_GT(block->height(), wrapped + 40);
+    EXPECT_GT(block->height(), wrapped + 30);
 
     // It is still so after a restart, and undo brings back widths as they were given.
     canvas.view.reset();

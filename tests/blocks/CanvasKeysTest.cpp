@@ -42,6 +42,7 @@ TEST_F(CanvasKeys, ThePointerOutsideMeansTheMiddle) {
 TEST_F(CanvasKeys, ThoughtsTypedWhileThePointerRestsFormAColumn) {
     const auto think = [this](const QString &thought) {
         canvas.type(thought);
+        showFrame();
         canvas.press(Qt::Key_Return);
         showFrame();
         const BlockPtr note = canvas.model.blocks().back();

@@ -107,7 +107,7 @@ TEST_F(CanvasShortcuts, KeysThatTurnOutToBeginANoteAreText) {
         {u"33"_qs, {}, Kind::pencil, true},
         {u"9."_qs, {}, Kind::voiceNote},
         {u"3.x"_qs, u"x"_qs, Kind::pencil},
-        {u"2|x"_qs, u"x"_qs, Kind::hand},
+        {u"2|x"_qs, u"x"_qs},
         {u"3ex"_qs, u"x"_qs},
     };
     for (const auto &[keys, note, tool, isLocked] : kCases) {

@@ -135,6 +135,7 @@ TEST_F(DrawnBodies, AStrokeLiesOnItsPointsAndGoesWithItsBlock) {
     EXPECT_GT(distance(pixel(block, {150, 110}), QColor(0xC8372D)), 50);
     block->setXPosition(block->xPosition() + 20);
     block->setYPosition(block->yPosition() + 10);
+    block->shiftSketchPoints(20, 10);
     EXPECT_LE(distance(pixel(block, {150, 110}), QColor(0xC8372D)), 2);
 }
 

@@ -43,7 +43,8 @@ TEST_F(InputMethods, ComposingStartsWithTheFirstKeyAndKeepsTheFocusWhileTheNoteI
     EXPECT_TRUE(query.value(Qt::ImEnabled).toBool());
     const QRectF caret = query.value(Qt::ImCursorRectangle).toRectF();
     const BlockPtr block = canvas.model.blocks().front();
-    EXPECT_TRUE(QRectF(block->xPosition() + 400, block->yPosition() + 300, block->width(), block->height())
+    EXPECT_TRUE(QRectF(canvas.view->viewport().toScreen({block->xPosition(), block->yPosition()}),
+                       QSizeF(block->width(), block->height()))
                     .contains(caret.center()))
         << "the candidates stand beside the text";
 

@@ -130,7 +130,7 @@ TEST_F(LifeOfTheProgram, WhatWasJustTypedIsKeptHoweverItEnds) {
         openCanvas();
         pointer.moveTo(QPoint(200, 150 + 90 * int(kept.size())));
         keyboard.type(text);
-        const QRect written(200, 120 + 90 * int(kept.size()), 300, 80);
+        const QRect written(150, 130 + 90 * int(kept.size()), 160, 40);
         ASSERT_TRUE(eventually([&] { return inkIn(written) > 0.01; }));
         kept << text;
         if (text == texts[3]) {

@@ -16,6 +16,8 @@ namespace tallowby {
 
 namespace {
 
+constexpr std::chrono::seconds kGraceAtStart{2};
+
 QString folderOf(const BlockStorage &storage) {
     return QFileInfo(storage.filePath().value_or(QString())).absolutePath();
 }
@@ -81,8 +83,8 @@ void NotesNotices::handleStatus() {
         m_unreadable->window()->close();
     } else if (!m_unreadable && m_storage->status().state() == SaveStatus::State::keptAside) {
         m_isWaiting = true;
-        // Not in the middle of whatever has made the store.
-        m_call = m_scheduler.after(Scheduler::Duration::zero(), [this] { showWaiting(); });
+        // Whoever presses the hot key right after the start wants to type, and the window would take the keyboard.
+        m_call = m_scheduler.after(kGraceAtStart, [this] { showWaiting(); });
     }
 }
 

@@ -59,11 +59,6 @@ ChecklistBlockContent {
             textFormat: Text.PlainText
         }
 
-        Repeater {
-            model: content.isLegible ? content.rows : null
-            delegate: ChecklistItemView { list: content }
-        }
-
         Text {
             visible: content.isLegible && text
             x: 42
@@ -83,6 +78,14 @@ ChecklistBlockContent {
         }
     }
 
+    Repeater {
+        model: content.isLegible ? content.rows : null
+        delegate: ChecklistItemView {
+            list: content
+            enabled: content.isEditing
+        }
+    }
+
     Item {
         y: content.addTop
         width: parent.width
@@ -92,7 +95,7 @@ ChecklistBlockContent {
         Rectangle {
             x: plus.x - 8
             y: 3
-            width: content.addRight + 16 - plus.x
+            width: addWords.x + addWords.implicitWidth + 16 - plus.x
             height: parent.height - 2 * y
             radius: Theme.radiusControl
             color: addHover.hovered ? Theme.hoverWash : "transparent"
