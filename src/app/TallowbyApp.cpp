@@ -14,7 +14,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 
 namespace tallowby {
 
@@ -24,16 +23,8 @@ constexpr int kUsageError = 2;
 /// Another program has the notes open.
 constexpr int kNotesInUse = 3;
 
-/// The one that `saveAtExit` looks after; null before and after it runs.
+/// Takes the commands of later starts; null before and after it runs.
 AppDelegate *running = nullptr;
-
-/// Qt leaves by exit() when the X server goes, as it may at the end of a session, and nothing that stands on the stack
-/// is ended then.
-void saveAtExit() {
-    if (running) {
-        running->saveNotes();
-    }
-}
 
 QStringList argumentsOf(int argc, char **argv) {
     QStringList arguments;
@@ -89,7 +80,6 @@ int runAgent(int argc, char **argv, LaunchAction action) {
     onTerminationSignal([] { QCoreApplication::exit(); });
     // A file that may not grow any more is an error of the write, and no reason to end.
     std::signal(SIGXFSZ, SIG_IGN);
-    std::atexit(saveAtExit);
     delegate.takeNotes([&delegate, action] {
         running = &delegate;
         delegate.applicationDidFinishLaunching();

@@ -51,8 +51,6 @@ public:
     void endWindowManager();
     void startCompositor();
     void endCompositor() { m_compositor.end(); }
-    /// The desktop's end: whoever is connected to the X server loses it.
-    void endServer() { m_server.end(); }
 
 private:
     void startServer(const Options &options);
