@@ -55,13 +55,12 @@ ShellWindow {
         spacing: Theme.spaceCard
 
         Repeater {
-            model: window.controller.choices.slice(0, -1)
+            model: window.lastChoice
 
             QuietButton {
-                required property string modelData
                 required property int index
 
-                text: modelData
+                text: window.controller.choices[index]
                 onClicked: window.controller.choose(index)
             }
         }
