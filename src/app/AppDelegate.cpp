@@ -366,7 +366,7 @@ void AppDelegate::updateSaveStatus() {
 /// save.
 void AppDelegate::finishWhatIsUnderWay() {
     if (m_canvasViewModel) {
-        // What is being composed belongs to the text, and an empty text leaves nothing behind.
+        // Takes composed words into the text that is being edited, and removes a new text that is still empty.
         m_canvasViewModel->endEditing();
     }
     if (m_voiceRecording) {

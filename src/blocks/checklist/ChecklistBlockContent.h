@@ -108,7 +108,7 @@ private:
     [[nodiscard]] double textHeight(int field, const QFont &font, double width) const;
     [[nodiscard]] int lastFirst() const;
     [[nodiscard]] const QString &textOf(int field) const { return field == kTitle ? m_title : m_list.text(field); }
-    /// Whether the editor may be opened on the field. One that is open takes any text.
+    /// True when the field is short enough to open. A field that is already open takes text of any length.
     [[nodiscard]] bool canOpen(int field) const;
     /// The next field that can be opened, from `field` on; `kNone` at the end.
     [[nodiscard]] int openableFrom(int field, int step) const;

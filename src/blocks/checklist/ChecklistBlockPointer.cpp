@@ -61,7 +61,7 @@ void ChecklistBlockContent::placeCaret(QPointF point) {
         return;
     }
     if (!canOpen(target.item)) {
-        // What is typed now is not meant for the field before.
+        // Text typed after this click must not go into the previous field.
         viewModel().endEditing();
         return;
     }

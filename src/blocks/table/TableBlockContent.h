@@ -107,7 +107,7 @@ private:
     [[nodiscard]] QString shown(int row, int column) const;
     [[nodiscard]] const Column &column(int index) const;
     [[nodiscard]] double rowHeight(int row) const;
-    /// Whether the editor may be opened on the cell. One that is open takes any text.
+    /// True when the cell is short enough to open. A cell that is already open takes text of any length.
     [[nodiscard]] bool canOpen(Cell cell) const;
     /// The next cell that can be opened, from the place in reading order on; none at the end.
     [[nodiscard]] std::optional<Cell> openableFrom(int place, int step) const;

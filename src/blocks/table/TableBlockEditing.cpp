@@ -243,7 +243,7 @@ void TableBlockContent::placeCaret(QPointF point) {
         return;
     }
     if (!canOpen(*cell)) {
-        // What is typed now is not meant for the cell before.
+        // Text typed after this click must not go into the previous cell.
         viewModel().endEditing();
         return;
     }

@@ -44,7 +44,7 @@ public:
     void setTextEdit(QQuickItem *textEdit);
     [[nodiscard]] const QString &text() const { return m_text; }
     void setText(const QString &text);
-    /// What was typed so far cannot be undone any more: the text that follows is another one.
+    /// Clears the undo history, before the editor goes on to the text of another field.
     void forgetHistory();
     [[nodiscard]] QFont font() const { return m_font; }
     void setFont(const QFont &font);

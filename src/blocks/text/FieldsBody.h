@@ -33,8 +33,8 @@ protected:
     [[nodiscard]] FieldEditor *field() const;
     /// Changes one key of the payload, without a reload.
     void write(const QString &key, const AnyCodable &value);
-    /// What an input method composes goes to the field that is edited still, and undo will not lead back to it. Comes
-    /// before any change of which field is edited, and of what the numbers of fields mean.
+    /// Commits composed words to the current field and clears its undo history. Call this before the current field
+    /// changes, and before fields are added, removed or renumbered.
     void leaveField();
     /// `leave` names the new field and lays out. The caret goes to a place in characters, or to the end below 0.
     void moveEditor(const std::function<void()> &leave, int caret);

@@ -20,7 +20,7 @@ class TextBlockContent : public tallowby::LinkedBody {
     Q_PROPERTY(QString displayText READ displayText NOTIFY displayTextChanged)
     /// The room in which lines are broken; 0 while every line has its own width.
     Q_PROPERTY(qreal wrapWidth READ wrapWidth NOTIFY wrapWidthChanged)
-    /// Whether lines are broken between words, for the width that the text was given.
+    /// True when the user has set a width; long lines then wrap at it, between words.
     Q_PROPERTY(bool hasGivenWidth READ hasGivenWidth NOTIFY wrapWidthChanged)
     Q_PROPERTY(QFont displayFont READ displayFont NOTIFY displayFontChanged)
     Q_PROPERTY(QColor textColor READ textColor NOTIFY textColorChanged)
