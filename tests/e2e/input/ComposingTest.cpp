@@ -38,12 +38,13 @@ constexpr char kBlocks[] = R"([
  "created_at":800000000,"updated_at":800000000}
 ])";
 constexpr int kLeftEdge = -500;
-constexpr QPoint kAnchor(-485, -188);
-constexpr QPoint kMilk(-440, -50);
-constexpr QPoint kBread(-440, -22);
+/// The first letters of the texts.
+constexpr QPoint kAnchor(-494, -188);
+constexpr QPoint kMilk(-455, -50);
+constexpr QPoint kBread(-455, -22);
 constexpr QPoint kAddItem(-450, 10);
-constexpr QPoint kAda(-456, 198);
-constexpr QPoint kThirtySix(-368, 198);
+constexpr QPoint kAda(-488, 198);
+constexpr QPoint kThirtySix(-349, 198);
 constexpr QPoint kPaper(400, 200);
 
 /// A person who writes Korean.
@@ -85,6 +86,12 @@ protected:
         click(place);
         ASSERT_TRUE(eventually([&] { return isAccentIn(around({kLeftEdge, place.y()})); }));
         openNote(place);
+    }
+    /// Fcitx gives keys back that it does not want, after the letters that were typed at once behind them.
+    void moveCaretToEnd(QPoint place) {
+        keyboard.tap(XK_End);
+        const QRect behind(kScreenCentre + place + QPoint(12, -5), QSize(60, 10));
+        EXPECT_TRUE(eventually([&] { return isAccentIn(behind); }));
     }
     [[nodiscard]] static QRect around(QPoint place) { return {kScreenCentre + place - QPoint(30, 15), QSize(60, 30)}; }
     [[nodiscard]] QString content(QStringView kind) const {
@@ -148,7 +155,7 @@ TEST_P(Composing, AClickAnywhereLeavesTheWordInItsNote) {
     keyboard.tap(XK_Escape);
     composeNewNote();
     openNote(kAnchor);
-    keyboard.tap(XK_End);
+    moveCaretToEnd(kAnchor);
     keyboard.type(kTwoKeys);
     texts[0] = QStringLiteral("anchor") + kFirst;
     ASSERT_TRUE(notesBecome(texts));
@@ -167,13 +174,13 @@ TEST_P(Composing, AClickOnAnotherFieldLeavesTheWordInItsOwn) {
     addBlocks();
     open();
     openField(kBread);
-    keyboard.tap(XK_End);
+    moveCaretToEnd(kBread);
     keyboard.type(kTwoKeys);
     ASSERT_TRUE(contentHas(u"checklist", {QStringLiteral("Milk"), QStringLiteral("Bread안")}));
     // Keys may overtake a click: a person sees first what it did.
     click(kMilk);
     ASSERT_TRUE(contentHas(u"checklist", {QStringLiteral("Milk"), QStringLiteral("Bread안녕")}));
-    keyboard.tap(XK_End);
+    moveCaretToEnd(kMilk);
     keyboard.type(kTwoKeys);
     ASSERT_TRUE(contentHas(u"checklist", {QStringLiteral("Milk안"), QStringLiteral("Bread안녕")}));
     click(kAddItem);
@@ -185,12 +192,12 @@ TEST_P(Composing, AClickOnAnotherFieldLeavesTheWordInItsOwn) {
         contentHas(u"checklist", {QStringLiteral("Milk안녕"), QStringLiteral("Bread안녕"), QStringLiteral("안녕")}));
 
     openField(kAda);
-    keyboard.tap(XK_End);
+    moveCaretToEnd(kAda);
     keyboard.type(kTwoKeys);
     ASSERT_TRUE(contentHas(u"table", {QStringLiteral("Ada안"), QStringLiteral("36")}));
     click(kThirtySix);
     ASSERT_TRUE(contentHas(u"table", {QStringLiteral("Ada안녕"), QStringLiteral("36")}));
-    keyboard.tap(XK_End);
+    moveCaretToEnd(kThirtySix);
     keyboard.type(kTwoKeys);
     ASSERT_TRUE(contentHas(u"table", {QStringLiteral("Ada안녕"), QStringLiteral("36안")}));
     click(kPaper);
