@@ -4,6 +4,7 @@
 # Headers are named from src/, so an include says which folder it reaches into.
 
 function(tallowby_target_defaults target)
+  tallowby_precompile_headers(${target})
   target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
                                                QT_NO_FOREACH QT_USE_QSTRINGBUILDER)

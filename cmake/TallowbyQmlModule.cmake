@@ -22,6 +22,10 @@ function(tallowby_qml_module name)
     DEPENDENCIES ${ARG_DEPENDENCIES}
     SOURCES ${ARG_SOURCES} QML_FILES ${ARG_QML_FILES} RESOURCES ${ARG_RESOURCES})
   target_link_libraries(${target} PUBLIC ${ARG_LINKS})
+  # Each file brings in the same few headers, and keeps its names in a namespace of its own.
+  if(TARGET ${target}_qmlcache)
+    set_target_properties(${target}_qmlcache PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 16)
+  endif()
   # The generated registration code names headers without their folder.
   foreach(file IN LISTS ARG_SOURCES)
     get_filename_component(folder ${file} DIRECTORY)

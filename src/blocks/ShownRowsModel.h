@@ -2,7 +2,7 @@
 
 #include <QAbstractListModel>
 #include <QVariantList>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 namespace tallowby {
 

@@ -11,7 +11,7 @@
 #include <QSharedData>
 #include <QStringList>
 #include <QUuid>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 #include <cstdint>
 #include <memory>

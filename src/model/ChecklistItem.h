@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QUuid>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 #include <memory>
 

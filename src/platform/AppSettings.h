@@ -5,7 +5,7 @@
 #include "platform/theme/Appearance.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 #include <cstdint>
 #include <optional>

@@ -3,7 +3,7 @@
 #include "model/Block.h"
 
 #include <QAbstractListModel>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 #include <vector>
 

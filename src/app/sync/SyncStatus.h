@@ -5,7 +5,7 @@
 #include <QColor>
 #include <QObject>
 #include <QPointer>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 namespace tallowby {
 

@@ -3,7 +3,7 @@
 #include "model/BlockType.h"
 
 #include <QObject>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 namespace tallowby {
 

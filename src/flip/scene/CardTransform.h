@@ -3,7 +3,7 @@
 #include <QMatrix4x4>
 #include <QQuickTransform>
 #include <QSizeF>
-#include <QtQmlIntegration>
+#include <qqmlintegration.h>
 
 namespace tallowby {
 
