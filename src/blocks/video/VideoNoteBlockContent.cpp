@@ -1,5 +1,6 @@
 #include "blocks/video/VideoNoteBlockContent.h"
 
+#include "blocks/card/RecordingMenu.h"
 #include "canvas/view/InfiniteCanvasView.h"
 #include "media/DurationText.h"
 #include "media/VideoRecordingService.h"
@@ -354,31 +355,23 @@ std::vector<MenuEntry> VideoNoteBlockContent::menuEntries() {
     if (!m_service || phase() == Phase::recording || phase() == Phase::preparing) {
         return {};
     }
-    const auto choose = [this](const QString &text, const QString &id) {
-        return MenuEntry{.text = text,
-                         .symbol = m_service->cameraId() == id ? QStringLiteral("checkmark") : QString(),
-                         .action = [service = QPointer(m_service), id] {
-                             if (service) {
-                                 service->setCameraId(id);
-                             }
-                         }};
-    };
-    std::vector<MenuEntry> cameras{choose(tr("Chosen by the system"), {})};
-    for (const MediaDevice &camera : m_service->video().cameras()) {
-        cameras.push_back(choose(camera.name, camera.id));
-    }
-    std::vector<MenuEntry> entries{
-        {.text = tr("Camera"), .symbol = QStringLiteral("video"), .children = std::move(cameras)}};
+    RecordingMenu menu{.device = tr("Camera"),
+                       .symbol = QStringLiteral("video"),
+                       .devices = m_service->video().cameras(),
+                       .chosenId = m_service->cameraId(),
+                       .choose = [service = QPointer(m_service)](const QString &id) {
+                           if (service) {
+                               service->setCameraId(id);
+                           }
+                       }};
     if (hasPrevious()) {
-        entries.push_back({.text = tr("Restore Previous Recording"),
-                           .symbol = QStringLiteral("arrow.uturn.backward"),
-                           .action = [body = QPointer(this)] {
-                               if (body) {
-                                   body->restorePrevious();
-                               }
-                           }});
+        menu.restorePrevious = [body = QPointer(this)] {
+            if (body) {
+                body->restorePrevious();
+            }
+        };
     }
-    return entries;
+    return menu.entries();
 }
 
 } // namespace tallowby

@@ -1,5 +1,6 @@
 #include "blocks/voice/VoiceNoteBlockContent.h"
 
+#include "blocks/card/RecordingMenu.h"
 #include "canvas/view/InfiniteCanvasView.h"
 #include "media/DurationText.h"
 #include "media/NoteRecordings.h"
@@ -279,32 +280,23 @@ std::vector<MenuEntry> VoiceNoteBlockContent::menuEntries() {
     if (!m_service || state() == State::recording) {
         return {};
     }
-    const auto choose = [this](const QString &text, const QString &id) {
-        const bool isChosen = m_service->microphoneId() == id;
-        return MenuEntry{.text = text,
-                         .symbol = isChosen ? QStringLiteral("checkmark") : QString(),
-                         .action = [service = QPointer(m_service), id] {
-                             if (service) {
-                                 service->setMicrophoneId(id);
-                             }
-                         }};
-    };
-    std::vector<MenuEntry> microphones{choose(tr("Chosen by the system"), {})};
-    for (const MediaDevice &microphone : m_service->microphones()) {
-        microphones.push_back(choose(microphone.name, microphone.id));
-    }
-    std::vector<MenuEntry> entries{
-        {.text = tr("Microphone"), .symbol = QStringLiteral("mic"), .children = std::move(microphones)}};
+    RecordingMenu menu{.device = tr("Microphone"),
+                       .symbol = QStringLiteral("mic"),
+                       .devices = m_service->microphones(),
+                       .chosenId = m_service->microphoneId(),
+                       .choose = [service = QPointer(m_service)](const QString &id) {
+                           if (service) {
+                               service->setMicrophoneId(id);
+                           }
+                       }};
     if (hasPrevious()) {
-        entries.push_back({.text = tr("Restore Previous Recording"),
-                           .symbol = QStringLiteral("arrow.uturn.backward"),
-                           .action = [body = QPointer(this)] {
-                               if (body) {
-                                   body->restorePrevious();
-                               }
-                           }});
+        menu.restorePrevious = [body = QPointer(this)] {
+            if (body) {
+                body->restorePrevious();
+            }
+        };
     }
-    return entries;
+    return menu.entries();
 }
 
 } // namespace tallowby
