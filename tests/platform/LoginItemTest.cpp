@@ -50,6 +50,19 @@ TEST_F(LoginItemTest, RegistersThisProgram) {
     EXPECT_EQ(QDir(autostart).entryList(QDir::Files).size(), 1) << "a temporary file is left";
 }
 
+TEST_F(LoginItemTest, AnEntryCountsAsLongAsItStartsACopyOfTheProgram) {
+    const QString other = folder.file(u"other"_qs);
+    makeProgram(other);
+    EXPECT_EQ(XdgLoginItem(other, autostart).registerItem(), QString());
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled);
+    ASSERT_TRUE(QFile::remove(other));
+    EXPECT_EQ(item.status(), LoginItemStatus::notRegistered) << "the other copy was removed";
+    EXPECT_EQ(item.registerItem(), QString());
+    EXPECT_EQ(DesktopEntry::parse(entry()).value("Exec"), program.toUtf8());
+    writeEntry("[Desktop Entry]\nExec=wrapper\n");
+    EXPECT_EQ(item.status(), LoginItemStatus::enabled) << "the user's own";
+}
+
 TEST_F(LoginItemTest, IsStartedByItsSandbox) {
     XdgLoginItem sandboxed(program, autostart, QStringLiteral("org.tallowby.Tallowby"));
     EXPECT_EQ(sandboxed.registerItem(), QString());

@@ -62,7 +62,17 @@ LoginItemStatus XdgLoginItem::status() const {
     if (entry.value("Hidden") == "true" || entry.value("X-GNOME-Autostart-enabled") == "false") {
         return LoginItemStatus::requiresApproval;
     }
-    return LoginItemStatus::enabled;
+    return startsAProgram(entry) ? LoginItemStatus::enabled : LoginItemStatus::notRegistered;
+}
+
+/// The entry of another copy counts for as long as that copy is there; a desktop passes over one whose program is gone.
+bool XdgLoginItem::startsAProgram(const DesktopEntry &entry) const {
+    if (entry.value("Exec") == command()) {
+        return true;
+    }
+    const QByteArray program = entry.value("TryExec");
+    return m_flatpakId.isEmpty() &&
+           (program.isEmpty() || !QStandardPaths::findExecutable(QString::fromUtf8(program)).isEmpty());
 }
 
 QString XdgLoginItem::registerItem() {
@@ -100,11 +110,13 @@ QString XdgLoginItem::whyNot() const {
     return {};
 }
 
+QByteArray XdgLoginItem::command() const {
+    return m_flatpakId.isEmpty() ? desktopEntryCommand(m_programFile)
+                                 : "flatpak run " + desktopEntryCommand(m_flatpakId);
+}
+
 QString XdgLoginItem::write(bool isEnabled) const {
-    const bool isSandboxed = !m_flatpakId.isEmpty();
-    const QByteArray program = isSandboxed ? QByteArrayLiteral("flatpak") : desktopEntryString(m_programFile);
-    const QByteArray command =
-        isSandboxed ? "flatpak run " + desktopEntryCommand(m_flatpakId) : desktopEntryCommand(m_programFile);
+    const QByteArray program = m_flatpakId.isEmpty() ? desktopEntryString(m_programFile) : QByteArrayLiteral("flatpak");
     const QByteArray entry =
         "[Desktop Entry]\n"
         "Type=Application\n"
@@ -114,7 +126,7 @@ QString XdgLoginItem::write(bool isEnabled) const {
         program +
         "\n"
         "Exec=" +
-        command +
+        command() +
         "\n"
         "Terminal=false\n"
         "NoDisplay=true\n" +

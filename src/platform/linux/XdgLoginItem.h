@@ -4,6 +4,8 @@
 
 namespace tallowby {
 
+class DesktopEntry;
+
 /// The program's entry among the desktop's autostart entries (XDG Autostart, freedesktop.org). A user who switches it
 /// off leaves the entry with a mark in it, which is taken away only by the user's own choice.
 ///
@@ -26,6 +28,8 @@ public:
 private:
     /// Empty when a login could start the program, else why not.
     [[nodiscard]] QString whyNot() const;
+    [[nodiscard]] bool startsAProgram(const DesktopEntry &entry) const;
+    [[nodiscard]] QByteArray command() const;
     [[nodiscard]] QString write(bool isEnabled) const;
     [[nodiscard]] bool isProgramThere() const;
     [[nodiscard]] bool isInBuildTree() const;
