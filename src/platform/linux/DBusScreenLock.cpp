@@ -33,6 +33,12 @@ DBusScreenLock::DBusScreenLock()
         m_session.connect(QString(), QString(), interface, QStringLiteral("ActiveChanged"), this,
                           SLOT(takeActive(bool)));
     }
+    m_activeSavers.setConnection(m_session);
+    m_activeSavers.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
+    connect(&m_activeSavers, &QDBusServiceWatcher::serviceUnregistered, this, [this](const QString &saver) {
+        m_activeSavers.removeWatchedService(saver);
+        update();
+    });
     if (m_system.isConnected()) {
         listenToLoginManager();
     }
@@ -55,27 +61,47 @@ void DBusScreenLock::listenToLoginManager() {
         const QDBusPendingReply<QDBusObjectPath> session = *answer;
         answer->deleteLater();
         if (session.isValid()) {
-            const QString path = session.value().path();
-            m_system.connect(kLoginService, path, kLoginSession, QStringLiteral("Lock"), this, SLOT(takeLock()));
-            m_system.connect(kLoginService, path, kLoginSession, QStringLiteral("Unlock"), this, SLOT(takeUnlock()));
+            listenToLoginSession(session.value().path());
         }
     });
 }
 
+void DBusScreenLock::listenToLoginSession(const QString &path) {
+    m_system.connect(kLoginService, path, kLoginSession, QStringLiteral("Lock"), this, SLOT(takeLock()));
+    m_system.connect(kLoginService, path, QStringLiteral("org.freedesktop.DBus.Properties"),
+                     QStringLiteral("PropertiesChanged"), this, SLOT(takeProperties(QString, QVariantMap)));
+}
+
+void DBusScreenLock::update() {
+    setIsDrawn(m_isAsleep || m_isSessionLocked || !m_activeSavers.watchedServices().isEmpty());
+}
+
 void DBusScreenLock::takeActive(bool isActive) {
-    setIsDrawn(isActive);
+    if (isActive) {
+        m_activeSavers.addWatchedService(message().service());
+    } else {
+        m_activeSavers.removeWatchedService(message().service());
+    }
+    update();
 }
 
 void DBusScreenLock::takeSleep(bool isBeginning) {
-    setIsDrawn(isBeginning);
+    m_isAsleep = isBeginning;
+    update();
 }
 
 void DBusScreenLock::takeLock() {
-    setIsDrawn(true);
+    if (!isDrawn()) {
+        Q_EMIT drawn();
+    }
 }
 
-void DBusScreenLock::takeUnlock() {
-    setIsDrawn(false);
+void DBusScreenLock::takeProperties(const QString &interface, const QVariantMap &changed) {
+    const auto hint = changed.constFind(QStringLiteral("LockedHint"));
+    if (interface == kLoginSession && hint != changed.cend() && hint->typeId() == QMetaType::Bool) {
+        m_isSessionLocked = hint->toBool();
+        update();
+    }
 }
 
 } // namespace tallowby
