@@ -119,9 +119,9 @@ int main(int argc, char **argv) {
     }
 
     QCoreApplication::setApplicationName(QStringLiteral("Tallowby"));
-    tallowby::chooseSceneGraph();
     QQuickWindow::setDefaultAlphaBuffer(true);
     QApplication application(argc, argv);
+    tallowby::chooseSceneGraph();
     QApplication::setQuitOnLastWindowClosed(false);
     tallowby::setLogSink([](const QString &) {});
     tallowby::registerQmlTypes();

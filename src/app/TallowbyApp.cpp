@@ -4,11 +4,13 @@
 #include "app/CommandLine.h"
 #include "app/QmlTypes.h"
 #include "app/SelfTest.h"
+#include "platform/Log.h"
 #include "platform/desktop/InstanceBus.h"
 #include "platform/scene/SceneGraph.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QProcess>
 #include <QQuickWindow>
 #include <QTextStream>
 
@@ -22,6 +24,8 @@ namespace {
 constexpr int kUsageError = 2;
 /// Another program has the notes open.
 constexpr int kNotesInUse = 3;
+/// The windows could not be drawn; the program goes on as another process, which paints them.
+constexpr int kSceneGraphFailed = 4;
 
 /// Takes the commands of later starts; null before and after it runs.
 AppDelegate *running = nullptr;
@@ -55,11 +59,21 @@ void choosePlatform() {
     }
 }
 
+/// Before anything is loaded that only the running program needs, a display among it.
+bool isHandedOver(int argc, char **argv, LaunchAction action) {
+    const QCoreApplication application(argc, argv);
+    return makeInstanceBus()->send(commandFor(action));
+}
+
 int runAgent(int argc, char **argv, LaunchAction action) {
     choosePlatform();
-    chooseSceneGraph();
     QQuickWindow::setDefaultAlphaBuffer(true);
     QApplication application(argc, argv);
+    chooseSceneGraph();
+    onSceneGraphError([](const QString &reason) {
+        logLine(QString(u"[SceneGraph] ❌ Starting again to paint the windows instead: " + reason));
+        QCoreApplication::exit(kSceneGraphFailed);
+    });
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/tallowby/status-item.svg")));
     registerQmlTypes();
@@ -72,14 +86,19 @@ int runAgent(int argc, char **argv, LaunchAction action) {
             QCoreApplication::exit();
         }
     });
-    if (claim == InstanceBus::Claim::handedOver || action == LaunchAction::quit) {
+    if (claim == InstanceBus::Claim::handedOver) {
         return 0;
+    }
+    if (claim == InstanceBus::Claim::unavailable) {
+        logLine(u"[InstanceBus] ⚠️ No session bus: later starts do not find this one");
     }
 
     AppDelegate delegate;
     onTerminationSignal([] { QCoreApplication::exit(); });
     // A file that may not grow any more is an error of the write, and no reason to end.
     std::signal(SIGXFSZ, SIG_IGN);
+    // Nor is a log that nobody reads any more.
+    std::signal(SIGPIPE, SIG_IGN);
     delegate.takeNotes([&delegate, action] {
         running = &delegate;
         delegate.applicationDidFinishLaunching();
@@ -94,6 +113,16 @@ int runAgent(int argc, char **argv, LaunchAction action) {
     delegate.applicationWillTerminate();
     running = nullptr;
     return exitCode;
+}
+
+int startAgent(int argc, char **argv, LaunchAction action) {
+    const int exitCode = runAgent(argc, argv, action);
+    if (exitCode != kSceneGraphFailed) {
+        return exitCode;
+    }
+    // Only now are the notes and the name on the bus free for it.
+    qputenv("QT_QUICK_BACKEND", "software");
+    return QProcess::startDetached(QString::fromLocal8Bit(argv[0]), argumentsOf(argc, argv)) ? 0 : exitCode;
 }
 
 } // namespace
@@ -119,7 +148,10 @@ int runTallowby(int argc, char **argv) {
     case LaunchAction::selfTest:
         return runSelfTest(argc, argv);
     default:
-        return runAgent(argc, argv, *action);
+        if (isHandedOver(argc, argv, *action) || *action == LaunchAction::quit) {
+            return 0;
+        }
+        return startAgent(argc, argv, *action);
     }
 }
 

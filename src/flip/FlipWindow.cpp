@@ -3,6 +3,7 @@
 #include "platform/AppSettings.h"
 #include "platform/Log.h"
 #include "platform/desktop/Presentation.h"
+#include "platform/scene/SceneGraph.h"
 
 #include <QQuickItem>
 
@@ -50,6 +51,7 @@ FlipWindow::FlipWindow(const AppSettings &settings, Presentation &presentation)
     setColor(Qt::transparent);
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus);
     setTitle(tr("Tallowby canvas"));
+    watchSceneGraph(*this);
 }
 
 void FlipWindow::configure() {

@@ -120,6 +120,15 @@ TEST_F(OtherDesks, AScreenThatLocksFindsTheDesktopAgain) {
     QDBusConnection::disconnectFromBus(QStringLiteral("locker"));
 }
 
+TEST_F(OtherDesks, WithoutOpenGlThatWorksTheWindowsArePainted) {
+    environment().insert(QStringLiteral("QT_XCB_GL_INTEGRATION"), QStringLiteral("none"));
+    environment().insert(QStringLiteral("QSG_RHI_BACKEND"), QStringLiteral("opengl"));
+    startProgram();
+    openCanvas();
+    keyboard.type(u"no OpenGL");
+    EXPECT_TRUE(notesBecome({QStringLiteral("no OpenGL")}));
+}
+
 TEST_F(OtherDesks, OnAWaylandSessionTheKeyComesFromTheDesktopPortal) {
     const QString address = environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
     ShortcutsDesk desk(address, ShortcutsDesk::Role::backend, {});

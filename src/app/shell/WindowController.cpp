@@ -3,6 +3,7 @@
 #include "app/shell/MainMenu.h"
 #include "platform/Log.h"
 #include "platform/desktop/Presentation.h"
+#include "platform/scene/SceneGraph.h"
 
 #include <QQmlComponent>
 #include <QQuickWindow>
@@ -44,6 +45,7 @@ bool WindowController::makeWindow() {
         logLine(QStringLiteral("[%1] ❌ Not opened: %2").arg(m_view, component.errorString()));
         return false;
     }
+    watchSceneGraph(*window);
     std::ignore = made.release();
     m_window.reset(window);
     return true;
