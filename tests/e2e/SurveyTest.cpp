@@ -14,6 +14,9 @@ namespace tallowby::test {
 namespace {
 
 const QString kWindow = QStringLiteral("Tallowby Feedback");
+/// Rows of the window's menu, in points below its upper edge.
+constexpr int kCutRow = 226;
+constexpr int kSelectAllRow = 310;
 
 } // namespace
 
@@ -37,6 +40,18 @@ protected:
         pointer.moveTo(windows.frame(kWindow).topLeft()); // Under the pointer it has another colour.
         ASSERT_TRUE(eventually([this] { return isAccentIn(button()); })) << "the button cannot be pressed";
         pointer.click(button().center());
+    }
+    void chooseInMenu(int rowHeight) {
+        const QPoint corner = windows.frame(kWindow).topRight();
+        const QRect menu(corner + QPoint(-200, 150), QSize(100, 150));
+        const QImage before = picture(menu);
+        pointer.click(corner + QPoint(-56, 26));
+        ASSERT_TRUE(eventually([&] { return picture(menu) != before; }));
+        pointer.click(corner + QPoint(-140, rowHeight));
+    }
+    /// Whether the first word of the answer is selected.
+    [[nodiscard]] bool isAnswerSelected() const {
+        return isAccentIn({windows.frame(kWindow).bottomLeft() + QPoint(44, -120), QSize(16, 14)});
     }
     /// All five, by keyboard.
     void answerQuestions() {
@@ -110,7 +125,7 @@ TEST_F(Survey, IsAnsweredByKeyboardAndVoiceSentOnceAndNeverOfferedAgain) {
 }
 
 TEST_F(Survey, WithoutAVoiceNoteIsOneRowAndAnswersAreKeptWhileTheProgramRuns) {
-    setKept("lastSeenFeedbackSurveyVersion=v1\ntallowby.hasSeenCanvasTutorial=true\n");
+    setKnowsCanvas(true);
     TrayHost tray(environment().value(QStringLiteral("DBUS_SESSION_BUS_ADDRESS")));
     startProgram();
     ASSERT_TRUE(eventually([&] { return tray.items().size() == 1; }));
@@ -118,7 +133,13 @@ TEST_F(Survey, WithoutAVoiceNoteIsOneRowAndAnswersAreKeptWhileTheProgramRuns) {
     ASSERT_TRUE(open());
     answerQuestions();
     ASSERT_TRUE(eventually([this] { return isAccentIn(button()); }));
-    keyboard.tap(XK_Escape);
+    keyboard.tap(XK_Tab);
+    keyboard.type(u"no");
+    chooseInMenu(kSelectAllRow);
+    ASSERT_TRUE(eventually([this] { return isAnswerSelected(); }));
+    chooseInMenu(kCutRow);
+    ASSERT_TRUE(eventually([this] { return !isAnswerSelected(); }));
+    pointer.click(windows.frame(kWindow).topRight() + QPoint(-24, 24));
     ASSERT_TRUE(eventually([this] { return !windows.has(kWindow); }));
     ASSERT_TRUE(open());
     ASSERT_TRUE(eventually([this] { return windows.isActive(kWindow); }));

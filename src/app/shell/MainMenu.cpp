@@ -4,20 +4,16 @@
 
 #include <QGuiApplication>
 #include <QQmlComponent>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 namespace tallowby {
 
 namespace {
 
-/// Texts and their editors have these operations under these names, whether typed into or not.
-std::function<void()> sendToFocus(const char *operation) {
-    return [operation] {
-        QObject *focus = QGuiApplication::focusObject();
-        const QByteArray signature = QByteArray(operation) + "()";
-        if (focus && focus->metaObject()->indexOfMethod(signature.constData()) >= 0) {
-            QMetaObject::invokeMethod(focus, operation);
-        }
-    };
+/// Texts and their editors have the operations of the menu under these names.
+bool isText(const QObject &object) {
+    return object.metaObject()->indexOfMethod("selectAll()") >= 0;
 }
 
 void choose(const QList<MainMenuItem> &items, int index) {
@@ -30,12 +26,18 @@ void choose(const QList<MainMenuItem> &items, int index) {
 
 MainMenu::MainMenu(QList<MainMenuItem> applicationItems)
     : m_applicationItems(std::move(applicationItems))
-    , m_editItems{{tr("Undo"), Qt::CTRL | Qt::Key_Z, false, sendToFocus("undo")},
-                  {tr("Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z, false, sendToFocus("redo")},
-                  {tr("Cut"), Qt::CTRL | Qt::Key_X, true, sendToFocus("cut")},
-                  {tr("Copy"), Qt::CTRL | Qt::Key_C, false, sendToFocus("copy")},
-                  {tr("Paste"), Qt::CTRL | Qt::Key_V, false, sendToFocus("paste")},
-                  {tr("Select All"), Qt::CTRL | Qt::Key_A, false, sendToFocus("selectAll")}} {}
+    , m_editItems{{tr("Undo"), Qt::CTRL | Qt::Key_Z, false, [this] { edit("undo"); }},
+                  {tr("Redo"), Qt::CTRL | Qt::SHIFT | Qt::Key_Z, false, [this] { edit("redo"); }},
+                  {tr("Cut"), Qt::CTRL | Qt::Key_X, true, [this] { edit("cut"); }},
+                  {tr("Copy"), Qt::CTRL | Qt::Key_C, false, [this] { edit("copy"); }},
+                  {tr("Paste"), Qt::CTRL | Qt::Key_V, false, [this] { edit("paste"); }},
+                  {tr("Select All"), Qt::CTRL | Qt::Key_A, false, [this] { edit("selectAll"); }}} {
+    connect(qGuiApp, &QGuiApplication::focusObjectChanged, this, [this](QObject *focus) {
+        if (focus && isText(*focus)) {
+            m_text = qobject_cast<QQuickItem *>(focus);
+        }
+    });
+}
 
 MainMenu::~MainMenu() = default;
 
@@ -44,6 +46,12 @@ void MainMenu::install(QQmlEngine &qml) {
     m_keys.reset(component.createWithInitialProperties({{QStringLiteral("menu"), QVariant::fromValue(this)}}));
     if (!m_keys) {
         logLine(QStringLiteral("[MainMenu] ❌ Keys not installed: %1").arg(component.errorString()));
+    }
+}
+
+void MainMenu::edit(const char *operation) const {
+    if (m_text && m_text->window() == QGuiApplication::focusWindow()) {
+        QMetaObject::invokeMethod(m_text, operation);
     }
 }
 

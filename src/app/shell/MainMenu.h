@@ -2,9 +2,12 @@
 
 #include <QKeySequence>
 #include <QObject>
+#include <QPointer>
 #include <QQmlEngine>
 
 #include <functional>
+
+class QQuickItem;
 
 namespace tallowby {
 
@@ -27,7 +30,8 @@ public:
 };
 
 /// What can be done while one of the program's windows is active: the items of the program, whose keys work in all of
-/// them and over the canvas, and those of editing, which go to whatever has the keyboard. Main thread only.
+/// them and over the canvas, and those of editing, which go to the text of that window that had the keyboard last. Main
+/// thread only.
 class MainMenu : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -49,8 +53,12 @@ public:
     Q_INVOKABLE void chooseEditItem(int index) const;
 
 private:
+    void edit(const char *operation) const;
+
     const QList<MainMenuItem> m_applicationItems;
     const QList<MainMenuItem> m_editItems;
+    /// An open menu has the keyboard itself.
+    QPointer<QQuickItem> m_text;
     std::unique_ptr<QObject> m_keys;
 };
 

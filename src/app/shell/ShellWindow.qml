@@ -41,6 +41,8 @@ Window {
 
             symbol: "ellipsis"
             text: qsTr("Menu")
+            // A click leaves the keyboard, and what is selected, where they are: that is what the menu acts on.
+            focusPolicy: Qt.TabFocus
             onClicked: popup.popup(more, more.width - popup.width, more.height)
         }
 
