@@ -4,6 +4,7 @@
 #include "app/LaunchHistory.h"
 #include "app/PermissionManager.h"
 #include "app/feedback/FeedbackWindowController.h"
+#include "app/onboarding/IntroductionPrompt.h"
 #include "app/onboarding/OnboardingWindowController.h"
 #include "app/saving/NotesNotices.h"
 #include "app/saving/SaveNoticeView.h"
@@ -43,6 +44,8 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSessionManager>
+
+#include <utility>
 
 namespace tallowby {
 
@@ -127,13 +130,15 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_firstFlipObservation =
         m_notifications.observe(events::flipComplete, [this](const Notification &) { onFirstFlip(); });
     m_flipCompleteObservation = m_notifications.observe(events::flipComplete, [this](const auto &) {
-        if (m_waitingWindow || m_platform->screenLock().isDrawn()) {
+        if (m_waitingWindow || std::exchange(m_wasLockedInTurn, false) || m_platform->screenLock().isDrawn()) {
             m_notifications.post(events::canvasCloseRequested);
         }
     });
     // Whoever comes back to a locked screen finds the desktop, not what was being written.
-    connect(&m_platform->screenLock(), &ScreenLock::drawn, this,
-            [this] { m_notifications.post(events::canvasCloseRequested); });
+    connect(&m_platform->screenLock(), &ScreenLock::drawn, this, [this] {
+        m_wasLockedInTurn = m_flipEngine && m_flipEngine->state() == FlipState::animating;
+        m_notifications.post(events::canvasCloseRequested);
+    });
     m_flipClosedObservation = m_notifications.observe(events::flipClosed, [this](const auto &) {
         openWaitingWindow();
         m_notesNotices->showWaiting();
@@ -198,7 +203,14 @@ void AppDelegate::showPermissionOnboarding() {
 }
 
 void AppDelegate::checkForPostUpdateScreens() {
-    switch (noteLaunch(m_defaults, QCoreApplication::applicationVersion())) {
+    const LaunchKind launch = noteLaunch(m_defaults, QCoreApplication::applicationVersion());
+    m_introductionPrompt = std::make_unique<IntroductionPrompt>(m_defaults, *m_hotkeyAdvisor, [this] {
+        if (m_flipEngine->state() == FlipState::idle) {
+            openOnboarding();
+        }
+    });
+    m_introductionPrompt->begin(launch);
+    switch (launch) {
     case LaunchKind::first:
         return;
     case LaunchKind::sameVersion:
@@ -246,7 +258,8 @@ void AppDelegate::openOnboarding() {
         m_onboardingWindowController = std::make_unique<OnboardingWindowController>(
             windowServices(),
             OnboardingServices{*m_permissionManager, m_settings, m_notifications, m_motionPreference, *m_hotkeyAdvisor,
-                               *m_startAtLogin, [this] { retire(m_onboardingWindowController); }});
+                               *m_startAtLogin, [this] { return m_canvasViewModel && !m_canvasViewModel->isEmpty(); },
+                               [this] { retire(m_onboardingWindowController); }});
     }
     m_onboardingWindowController->show();
 }

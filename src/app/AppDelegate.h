@@ -32,6 +32,7 @@ class FlipEngine;
 class HotkeyAdvisor;
 class HotkeyListener;
 class HttpClient;
+class IntroductionPrompt;
 class LaunchAtLoginManager;
 class MainMenu;
 class NotesNotices;
@@ -143,6 +144,7 @@ private:
     std::unique_ptr<FeedbackService> m_feedbackService;
     std::unique_ptr<FeedbackSurvey> m_feedbackSurvey;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<IntroductionPrompt> m_introductionPrompt;
     std::unique_ptr<OnboardingWindowController> m_onboardingWindowController;
     std::unique_ptr<WhatsNewWindowController> m_whatsNewWindowController;
     std::unique_ptr<FeedbackWindowController> m_feedbackWindowController;
@@ -150,6 +152,7 @@ private:
     std::unique_ptr<SettingsWindowController> m_settingsWindowController;
     std::unique_ptr<NotesNotices> m_notesNotices;
     std::function<void()> m_waitingWindow;
+    bool m_wasLockedInTurn = false;
 
     ScheduledCall m_warmUp;
     ScheduledCall m_windowOpening;

@@ -67,7 +67,7 @@ TEST_F(StartUp, WithTheKeyToBeHadComesUpInOrderAndEndsInOrder) {
             "[AppDelegate] 🎬 Initializing Tallowby components...", "[HotkeyListener] 🎹 Initialized (Carbon API)",
             "[HotkeyListener] ✅ Registered Global Hotkey: ⌥Space", "[FlipEngine] 🎬 Initialized", kReady.toStdString(),
             "[HotkeyListener] 🛑 Stopped listening", "[AppDelegate] 👋 Tallowby Ghost App terminating"));
-    EXPECT_FALSE(isOpen(delegate->onboarding()));
+    EXPECT_TRUE(isOpen(delegate->onboarding())) << "the first start ever";
     EXPECT_FALSE(isOpen(delegate->whatsNew())) << "a fresh installation has nothing that is new";
     EXPECT_EQ(UserDefaults().string(QStringLiteral("lastSeenAppVersion")), QStringLiteral("2.0"));
 }
@@ -161,6 +161,29 @@ TEST_F(StartUp, TheIntroductionLightsTheKeysThatAreHeldAndFollowsTheTurn) {
     send(QEvent::KeyRelease, Qt::Key_Alt, 64);
     EXPECT_EQ(lit(), QStringLiteral("altSPACE"));
     EXPECT_EQ(onboarding.step(), OnboardingWindowController::Step::TryIt);
+}
+
+TEST_F(StartUp, ATroubleWithTheKeyIsToldOfOnceByItself) {
+    const auto restart = [this](const std::set<test::FakeHotKeyService::Combination> &taken, bool reachesEverywhere) {
+        delegate.reset();
+        owned = std::make_unique<test::FakeDesktop>();
+        owned->hotKeyService.taken = taken;
+        owned->hotKeyService.isEverywhere = reachesEverywhere;
+        owned->hotKeyService.use = QStringLiteral("the window menu");
+        start();
+        return isOpen(delegate->onboarding());
+    };
+    EXPECT_TRUE(restart({}, true)) << "the first start ever";
+    EXPECT_FALSE(restart({}, true));
+    EXPECT_TRUE(restart({{49, 0x800}}, true));
+    EXPECT_EQ(delegate->onboarding()->step(), OnboardingWindowController::Step::OtherKey);
+    EXPECT_EQ(delegate->onboarding()->hotkeyAdvisor()->problem(),
+              QStringLiteral("Alt + Space does not work: this desktop uses it for the window menu. These are free:"));
+    EXPECT_FALSE(restart({{49, 0x800}}, true)) << "the same again";
+    EXPECT_TRUE(restart({}, false));
+    EXPECT_EQ(delegate->onboarding()->step(), OnboardingWindowController::Step::SomePlaces);
+    EXPECT_FALSE(restart({}, true));
+    EXPECT_TRUE(restart({{49, 0x800}}, true)) << "a trouble that has come back";
 }
 
 TEST_F(StartUp, AKeyThatIsTakenIsSaidWhereItCanBeChanged) {

@@ -53,7 +53,7 @@ void Desk::SetUp() {
 }
 
 void Desk::setKnowsCanvas(bool knows) {
-    setKept(QByteArrayLiteral("lastSeenFeedbackSurveyVersion=v1\n") +
+    setKept(QByteArrayLiteral("lastSeenAppVersion=" TALLOWBY_VERSION "\nlastSeenFeedbackSurveyVersion=v1\n") +
             (knows ? "tallowby.hasSeenCanvasTutorial=true\n" : ""));
 }
 

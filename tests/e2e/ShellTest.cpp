@@ -68,18 +68,33 @@ TEST_F(Shell, TheTrayMenuIsThereWheneverTheTrayComesAndDoesWhatItSays) {
     EXPECT_TRUE(program().says(u"[AppDelegate] 👋 Tallowby Ghost App terminating"));
 }
 
-TEST_F(Shell, WhereTheKeyIsTakenTheSettingsOfferOneThatTurnsTheScreen) {
+TEST_F(Shell, TheFirstStartLeadsToAKeyThatTurnsTheScreenAndToAFirstNote) {
+    const QString introduction = QStringLiteral("Welcome to Tallowby");
+    setKept({});
     other.grabAltSpace();
     startProgram();
     ASSERT_TRUE(program().hasSaid(u"[HotkeyListener] ❌ Failed to register hotkey (status 10)"));
-    openSettings();
-    tab(2); // The field, then what it offers.
+    ASSERT_TRUE(eventually([&] { return windows.isActive(introduction); }));
+    tab(1); // To the first key that it offers.
     keyboard.tap(XK_space);
     ASSERT_TRUE(program().says(u"[HotkeyListener] ✅ Registered Global Hotkey: ⌃⌥Space"));
-    keyboard.press(XK_Control_L);
-    keyboard.chord(XK_Alt_L, XK_space);
-    keyboard.release(XK_Control_L);
-    EXPECT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
+    const auto pressKeys = [this] {
+        keyboard.press(XK_Control_L);
+        keyboard.chord(XK_Alt_L, XK_space);
+        keyboard.release(XK_Control_L);
+    };
+    pressKeys();
+    ASSERT_TRUE(program().says(u"[FlipSceneView] 📖 Flip complete. isOpen: true"));
+    keyboard.type(u"first");
+    ASSERT_TRUE(notesBecome({QStringLiteral("first")}));
+    pressKeys();
+    ASSERT_TRUE(eventually([&] { return windows.isActive(introduction); }));
+    keyboard.tap(XK_Escape);
+    ASSERT_TRUE(eventually([&] { return !windows.has(introduction); }));
+    endProgram();
+
+    startProgram();
+    EXPECT_FALSE(windows.has(introduction));
 }
 
 TEST_F(Shell, WhatIsChosenInTheSettingsHoldsAtOnceAndAfterARestart) {

@@ -67,6 +67,8 @@ public:
     HotKeyID lastID;
     /// Has a value on a desktop that gives the keys itself: it decides when the test calls `decide`.
     std::optional<QString> assigned;
+    QString use;
+    bool isEverywhere = true;
 
     std::int32_t installHandler(std::function<void()> pressed) override;
     [[nodiscard]] HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
@@ -75,6 +77,8 @@ public:
         m_decided = std::move(decided);
     }
     [[nodiscard]] std::optional<QString> assignedKeys() const override { return assigned; }
+    [[nodiscard]] QString knownUse(std::uint32_t, std::uint32_t) const override { return use; }
+    [[nodiscard]] bool reachesEverywhere() const override { return isEverywhere; }
     void decide(std::int32_t status, const QString &keys);
 
     [[nodiscard]] const std::set<Combination> &held() const { return *m_held; }

@@ -49,10 +49,11 @@ END
   hsetroot -add '#2d3a4f' -add '#56657a' -add '#a79a8f' -gradient 0 >/dev/null
 }
 
-# know_canvas: the person at the desk has seen the cards that show a newcomer around.
+# know_canvas PROGRAM: the person at the desk has seen the introduction, and the cards that show a newcomer around.
 know_canvas() {
   mkdir -p "$XDG_CONFIG_HOME/Tallowby"
-  printf '[General]\nlastSeenFeedbackSurveyVersion=v1\ntallowby.hasSeenCanvasTutorial=true\n' >"$XDG_CONFIG_HOME/Tallowby/Tallowby.conf"
+  printf '[General]\nlastSeenAppVersion=%s\nlastSeenFeedbackSurveyVersion=v1\ntallowby.hasSeenCanvasTutorial=true\n' \
+    "$("$1" --version | cut -d ' ' -f 2)" >"$XDG_CONFIG_HOME/Tallowby/Tallowby.conf"
 }
 
 window_manager_is_up() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }

@@ -11,7 +11,8 @@ ShellWindow {
 
     required property OnboardingWindowController controller
     readonly property bool asks: controller.step === OnboardingWindowController.Permission
-    readonly property bool offers: controller.step === OnboardingWindowController.OtherKey
+    readonly property bool offers: controller.step === OnboardingWindowController.OtherKey || controller.step === OnboardingWindowController.SomePlaces
+    readonly property bool wantsNote: controller.step === OnboardingWindowController.WriteNote
     readonly property bool isDone: controller.step === OnboardingWindowController.Done
 
     title: qsTr("Welcome to Tallowby")
@@ -114,7 +115,7 @@ ShellWindow {
                     }
 
                     Text {
-                        text: window.asks ? qsTr("A key that works everywhere") : window.isDone ? qsTr("That is all there is to it") : qsTr("Try it now")
+                        text: window.asks ? qsTr("A key that works everywhere") : window.isDone ? qsTr("That is all there is to it") : window.wantsNote ? qsTr("Now write something") : qsTr("Try it now")
                         color: Theme.ink
                         textFormat: Text.PlainText
                         font { family: Theme.uiFamily; pixelSize: Theme.emphasisSize; weight: Font.DemiBold }
@@ -123,7 +124,7 @@ ShellWindow {
 
                 Text {
                     width: parent.width
-                    text: window.asks ? qsTr("This desktop has not given Tallowby one yet. As soon as it does, it goes on here by itself.") : window.isDone ? qsTr("On the sheet, type anywhere to write a note.") : qsTr("Press the keys together. Once more brings you back.")
+                    text: window.asks ? qsTr("This desktop has not given Tallowby one yet. As soon as it does, it goes on here by itself.") : window.isDone ? qsTr("Your note waits on the back of the screen.") : window.wantsNote ? qsTr("Turn the screen over and just type: a note begins under the pointer.") : qsTr("Press the keys together. Once more brings you back.")
                     color: Theme.inkSoft
                     wrapMode: Text.Wrap
                     textFormat: Text.PlainText

@@ -54,7 +54,13 @@ OnboardingWindowController::Step OnboardingWindowController::step() const {
     if (!m_services.hotkeyAdvisor.problem().isEmpty()) {
         return Step::OtherKey;
     }
-    return m_wasTried ? Step::Done : Step::TryIt;
+    if (!m_services.hotkeyAdvisor.limitation().isEmpty()) {
+        return Step::SomePlaces;
+    }
+    if (!m_wasTried) {
+        return Step::TryIt;
+    }
+    return m_services.hasNotes() ? Step::Done : Step::WriteNote;
 }
 
 QList<OnboardingKey> OnboardingWindowController::keys() const {

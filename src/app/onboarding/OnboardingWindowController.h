@@ -39,6 +39,8 @@ struct OnboardingServices {
     const MotionPreference &motionPreference;
     HotkeyAdvisor &hotkeyAdvisor;
     StartAtLogin &startAtLogin;
+    /// Whether anything has been written down.
+    std::function<bool()> hasNotes;
     /// The user is done with the window.
     std::function<void()> finished;
 };
@@ -61,8 +63,10 @@ public:
     enum class Step {
         Permission, ///< the desktop has not given a key that works everywhere
         OtherKey,   ///< it has, but the combination belongs to another program
+        SomePlaces, ///< the key works in front of some programs only
         TryIt,      ///< the key works and waits to be pressed
-        Done        ///< it was pressed
+        WriteNote,  ///< it was pressed, and nothing is written yet
+        Done        ///< there is a first note
     };
     Q_ENUM(Step)
 

@@ -122,11 +122,12 @@ void HotkeyAdvisor::refresh() {
                 m_alternatives.push_back(candidate);
             }
         }
-        m_problem = m_alternatives.empty()
-                        ? tr("%1 does not work: another program or the desktop itself keeps it. Record another one.")
-                              .arg(combination())
-                        : tr("%1 does not work: another program or the desktop itself keeps it. These are free:")
-                              .arg(combination());
+        const QString use = m_service.knownUse(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers());
+        const QString reason = use.isEmpty() ? tr("another program or the desktop itself keeps it")
+                                             : tr("this desktop uses it for %1").arg(use);
+        m_problem = (m_alternatives.empty() ? tr("%1 does not work: %2. Record another one.")
+                                            : tr("%1 does not work: %2. These are free:"))
+                        .arg(combination(), reason);
     }
     Q_EMIT changed();
 }

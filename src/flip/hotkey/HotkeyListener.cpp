@@ -79,6 +79,7 @@ void HotkeyListener::registerCurrentHotkey() {
     HotKeyResult result =
         m_service.registerHotKey(m_settings.hotkeyKeyCode(), m_settings.hotkeyModifiers(), m_hotKeyID);
     m_hotKeyRef = std::move(result.registration);
+    m_isLost = false;
     m_isUndecided = result.status == kHotKeyUndecided;
     if (!m_isUndecided) {
         logStatus(result.status);
@@ -92,8 +93,9 @@ void HotkeyListener::handleDecision(std::int32_t status) {
     }
     const bool wasRegistered = isRegistered();
     m_isUndecided = status == kHotKeyUndecided;
-    if (status != 0 && !m_isUndecided) {
-        m_hotKeyRef.reset();
+    m_isLost = status != 0 && !m_isUndecided;
+    if (m_isLost && m_service.assignedKeys()) {
+        m_hotKeyRef.reset(); // The desktop is asked anew, and only when the user wants it.
     }
     // Other keys for the same registration are no news.
     if (!m_isUndecided && !(wasRegistered && isRegistered())) {

@@ -29,7 +29,7 @@ public:
     void stop();
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
     /// Whether the combination of the settings is held, so that its presses come here.
-    [[nodiscard]] bool isRegistered() const { return m_hotKeyRef && !m_isUndecided; }
+    [[nodiscard]] bool isRegistered() const { return m_hotKeyRef && !m_isUndecided && !m_isLost; }
     /// Whether the desktop is still asking the user about it.
     [[nodiscard]] bool isUndecided() const { return m_isUndecided; }
 
@@ -50,8 +50,10 @@ private:
     const AppSettings &m_settings;
     HotKeyService &m_service;
     Scheduler &m_scheduler;
+    /// Also kept while its combination is lost: the system may give it back.
     std::unique_ptr<HotKeyRegistration> m_hotKeyRef;
     bool m_isUndecided = false;
+    bool m_isLost = false;
     bool m_isRunning = false;
     const HotKeyID m_hotKeyID;
     ScheduledCall m_pendingPress;

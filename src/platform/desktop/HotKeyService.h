@@ -48,13 +48,19 @@ public:
     [[nodiscard]] virtual HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) = 0;
 
     /// Sets what is called, on the main thread, with 0 or an error code: when the desktop has decided about a
-    /// registration, has taken one back, or has given it other keys. Never where `assignedKeys` is none.
+    /// registration, has taken one back, or has given it back or other keys.
     virtual void installDecisionHandler(std::function<void(std::int32_t status)> decided) { (void) decided; }
     /// Where the desktop gives the keys and programs only make a wish: what it has given, in its own words; empty as
     /// long as it has given none. None where a program holds the combination that it asked for.
     [[nodiscard]] virtual std::optional<QString> assignedKeys() const { return std::nullopt; }
     /// Has the desktop show where the user can give other keys. Does nothing where `assignedKeys` is none.
     virtual void openKeyAssignment() {}
+    /// What the desktop is known to use the combination for, as a noun ("the window menu"); empty when nobody knows.
+    [[nodiscard]] virtual QString knownUse(std::uint32_t keyCode, std::uint32_t modifiers) const {
+        (void) keyCode;
+        (void) modifiers;
+        return {};
+    }
     /// Whether presses come in front of every other program, or of some only.
     [[nodiscard]] virtual bool reachesEverywhere() const { return true; }
 };

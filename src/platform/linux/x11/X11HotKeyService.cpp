@@ -1,7 +1,7 @@
 #include "platform/linux/x11/X11HotKeyService.h"
 
-#include "platform/Log.h"
 #include "platform/VirtualKey.h"
+#include "platform/linux/DesktopKeys.h"
 
 #include <QPointer>
 
@@ -57,6 +57,14 @@ X11HotKeyService::~X11HotKeyService() = default;
 std::int32_t X11HotKeyService::installHandler(std::function<void()> pressed) {
     m_pressed = std::move(pressed);
     return m_x11->isValid() ? 0 : kNoServer;
+}
+
+void X11HotKeyService::installDecisionHandler(std::function<void(std::int32_t status)> decided) {
+    m_decided = std::move(decided);
+}
+
+QString X11HotKeyService::knownUse(std::uint32_t keyCode, std::uint32_t modifiers) const {
+    return desktopUseOfKeys(keyCode, modifiers);
 }
 
 HotKeyResult X11HotKeyService::registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID) {
@@ -152,13 +160,12 @@ void X11HotKeyService::handleKeyboardChange() {
         return; // Changes come in bursts; the grabs are by physical key and need nothing but the modifiers.
     }
     m_modifierMap = modifierMap;
-    for (const auto &combination : m_combinations) {
+    for (const auto &combination : std::vector(m_combinations)) {
+        const bool wasHeld = !combination->grabbed.empty();
         ungrab(*combination);
-        if (const std::int32_t status = grab(*combination); status != 0) {
-            logLine(QStringLiteral(
-                        "[X11HotKeyService] ⚠️ The keyboard changed and the hot key could not be taken again "
-                        "(status %1)")
-                        .arg(status));
+        const std::int32_t status = grab(*combination);
+        if (m_decided && wasHeld != (status == 0)) {
+            m_decided(status);
         }
     }
 }

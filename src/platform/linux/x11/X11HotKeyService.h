@@ -33,6 +33,9 @@ public:
 
     std::int32_t installHandler(std::function<void()> pressed) override;
     [[nodiscard]] HotKeyResult registerHotKey(std::uint32_t keyCode, std::uint32_t modifiers, HotKeyID id) override;
+    /// Called when a change of the keyboard takes a combination away or brings it back.
+    void installDecisionHandler(std::function<void(std::int32_t status)> decided) override;
+    [[nodiscard]] QString knownUse(std::uint32_t keyCode, std::uint32_t modifiers) const override;
     [[nodiscard]] bool reachesEverywhere() const override { return m_sight == Sight::everything; }
 
 private:
@@ -61,6 +64,7 @@ private:
     ModifierMap m_modifierMap;
     std::uint8_t m_xkbEvent = 0;
     std::function<void()> m_pressed;
+    std::function<void(std::int32_t)> m_decided;
     std::vector<std::shared_ptr<Combination>> m_combinations;
     // The hot key that is down now, under whose grab all keys are reported here; 0 for none.
     xcb_keycode_t m_heldKeycode = 0;
