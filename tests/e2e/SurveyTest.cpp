@@ -49,7 +49,7 @@ protected:
         ASSERT_TRUE(eventually([&] { return picture(menu) != before; }));
         pointer.click(corner + QPoint(-140, rowHeight));
     }
-    /// Whether the first word of the answer is selected.
+    /// True while the first word of the answer is selected.
     [[nodiscard]] bool isAnswerSelected() const {
         return isAccentIn({windows.frame(kWindow).bottomLeft() + QPoint(44, -120), QSize(16, 14)});
     }

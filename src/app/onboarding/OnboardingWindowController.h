@@ -39,7 +39,7 @@ struct OnboardingServices {
     const MotionPreference &motionPreference;
     HotkeyAdvisor &hotkeyAdvisor;
     StartAtLogin &startAtLogin;
-    /// Whether anything has been written down.
+    /// True once there is a note on the canvas.
     std::function<bool()> hasNotes;
     /// The user is done with the window.
     std::function<void()> finished;

@@ -55,7 +55,7 @@ public:
     [[nodiscard]] virtual std::optional<QString> assignedKeys() const { return std::nullopt; }
     /// Has the desktop show where the user can give other keys. Does nothing where `assignedKeys` is none.
     virtual void openKeyAssignment() {}
-    /// What the desktop is known to use the combination for, as a noun ("the window menu"); empty when nobody knows.
+    /// The desktop's own use of the combination as a noun, such as "the window menu"; empty when none is known.
     [[nodiscard]] virtual QString knownUse(std::uint32_t keyCode, std::uint32_t modifiers) const {
         (void) keyCode;
         (void) modifiers;

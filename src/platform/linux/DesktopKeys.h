@@ -6,8 +6,8 @@
 
 namespace tallowby {
 
-/// What the desktops that `XDG_CURRENT_DESKTOP` names use a combination for as they are installed, as a noun; empty for
-/// nothing that is known.
+/// The use of a combination in the default settings of the desktop that `XDG_CURRENT_DESKTOP` names, as a noun; empty
+/// when none is known.
 [[nodiscard]] QString desktopUseOfKeys(std::uint32_t keyCode, std::uint32_t modifiers);
 
 } // namespace tallowby
